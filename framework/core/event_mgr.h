@@ -1,0 +1,63 @@
+// Internal: the named-event manager.
+//
+// One per process, created on first use. It maps event names to handler
+// holders and keeps the queue of UI-only events raised off the UI thread,
+// which its idle chore delivers at the next idle pass.
+//
+// Threads: any. table_mutex_ guards table_, queue_mutex_ guards pending_; the
+// two are never held together and neither is held while a handler runs.
+#pragma once
+
+#include <deque>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "orvane/events.h"
+#include "orvane/idle.h"
+#include "orvane/locks.h"
+
+namespace Kf::Event::Implementation {
+
+class EventMgr : public KfIdleChoreImpl {
+ public:
+  // Shared by the table and by deliveries in progress (which hold weak
+  // references), so that an unregistered handler is released only after a
+  // delivery that already reached it has finished its call.
+  class HandlerHolder {
+   public:
+    explicit HandlerHolder(BaseHandler* handler) : handler_(handler) {}
+    virtual ~HandlerHolder() = default;
+    virtual void operator()(const BaseEvent& event) { (*handler_)(event); }
+    BaseHandler* Handler() const { return handler_; }
+
+   private:
+    BaseHandler* const handler_;
+  };
+
+  static EventMgr& Instance();
+
+  void Register(const std::string& name, BaseHandler* handler);
+  void Unregister(const std::string& name, BaseHandler* handler);
+  void Notify(const std::string& name, const BaseEvent& event);
+
+  bool DoIdleChore() override;
+
+ private:
+  EventMgr();
+  ~EventMgr() override;
+
+  // Calls the handlers of `name` now, on this thread.
+  void Deliver(const std::string& name, const BaseEvent& event);
+
+  using HolderList = std::vector<std::shared_ptr<HandlerHolder>>;
+
+  IdeUtil::Mutex table_mutex_;
+  std::unordered_map<std::string, HolderList> table_;  // guarded by table_mutex_
+  IdeUtil::Mutex queue_mutex_;
+  std::deque<std::pair<std::string, std::unique_ptr<BaseEvent>>> pending_;  // guarded by queue_mutex_
+};
+
+}  // namespace Kf::Event::Implementation

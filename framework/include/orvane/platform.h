@@ -1,0 +1,114 @@
+// The platform layer: every operating-system service the library uses.
+//
+// No other part of the library calls the operating system directly. The
+// library ships one implementation per platform; a test (or an unusual host)
+// may install its own implementation with SetPlatform to control what the
+// library sees: environment, dates, locales, key states, folders.
+//
+//   MyFakePlatform fake;
+//   Kf::Platform::SetPlatform(&fake);     // the library now asks `fake`
+//   ...
+//   Kf::Platform::SetPlatform(nullptr);   // back to the built-in one
+//
+// Windows implementation (documented here because the library's behaviour is
+// defined in its terms):
+//   - PathListSeparator() is ';'.
+//   - IsKeyDown(Key::Shift / Control / Period) reads GetAsyncKeyState for the
+//     virtual-key codes 16, 17 and 190.
+//   - WakeIdleLoop() posts a null message (number 0, both parameters 0) to the
+//     main window of the current UI application thread, and does nothing when
+//     there is no such window.
+//
+// Linux implementation:
+//   - PathListSeparator() is ':'.
+//   - A console or toolkit host has no process-wide asynchronous key state, so
+//     the host feeds it: call FeedKeyState(key, down) from its key handlers.
+//     IsKeyDown answers from that table.
+//   - WakeIdleLoop() calls the handler the host installed with
+//     SetIdleWakeHandler (for example, writing to its event loop's wake-up
+//     pipe), and does nothing when none is installed.
+//   - Known folders follow the XDG base-directory conventions.
+//   - The common-binaries directory is the directory of the library file.
+//
+// Threads: every operation may be called from any thread. SetPlatform is
+// meant for start-up and tests; the installed object must outlive its use.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "orvane/export.h"
+#include "orvane/gepath.h"
+
+namespace Kf::Platform {
+
+// Keys whose asynchronous state the library asks for.
+enum class Key : int {
+  Shift = 0,
+  Control = 1,
+  Period = 2,
+  kCount = 3,
+};
+
+// Folders with a well-known meaning on every platform.
+enum class KnownFolder : int {
+  Home = 0,         // the user's home directory
+  UserConfig = 1,   // per-user settings (XDG_CONFIG_HOME, %APPDATA%)
+  UserData = 2,     // per-user data (XDG_DATA_HOME, %LOCALAPPDATA%)
+  UserCache = 3,    // per-user cache (XDG_CACHE_HOME)
+  Temp = 4,         // temporary files
+  Documents = 5,    // the user's documents
+};
+
+class ORVANE_API IPlatform {
+ public:
+  virtual ~IPlatform();
+
+  // Environment variables. GetEnv is false when the variable is not set.
+  virtual bool GetEnv(const std::string& name, std::string& value) = 0;
+  virtual bool SetEnv(const std::string& name, const std::string& value) = 0;
+  virtual bool UnsetEnv(const std::string& name) = 0;
+  // The separator between the entries of a search-path list such as PATH.
+  virtual char PathListSeparator() const = 0;
+
+  virtual bool GetCurrentDirectory(GePath& out) = 0;
+  virtual std::string GetUserName() = 0;
+  // A date in the user's locale short date format.
+  virtual std::string FormatShortDate(std::chrono::system_clock::time_point when) = 0;
+  // The user's preferred locales, most preferred first ("ja_JP.UTF-8", "en_US").
+  virtual std::vector<std::string> GetUserLocales() = 0;
+
+  // Whether the key is held down now.
+  virtual bool IsKeyDown(Key key) = 0;
+  // Makes the host's message loop run an idle pass soon.
+  virtual void WakeIdleLoop() = 0;
+
+  virtual bool GetKnownFolder(KnownFolder folder, GePath& out) = 0;
+  // The directory that holds the library and the shared binaries beside it.
+  virtual bool GetCommonBinDirectory(GePath& out) = 0;
+  virtual bool GetExecutablePath(GePath& out) = 0;
+  virtual std::uint32_t GetProcessId() = 0;
+
+  // Names the calling thread (shown by debuggers and in thread lists).
+  virtual void SetCurrentThreadName(const std::string& name) = 0;
+  // The name given with SetCurrentThreadName, or empty.
+  virtual std::string GetCurrentThreadName() = 0;
+};
+
+// The platform the library uses now: the installed one, or the built-in one.
+ORVANE_API IPlatform& Current();
+// Installs `platform` (null restores the built-in implementation).
+ORVANE_API void SetPlatform(IPlatform* platform);
+// The built-in implementation of this operating system.
+ORVANE_API IPlatform& Native();
+
+// Linux: the host reports key presses and releases here (see above). On
+// platforms with an asynchronous key state these calls change nothing.
+ORVANE_API void FeedKeyState(Key key, bool down);
+// Linux: installs the host's wake-up for WakeIdleLoop (empty to remove).
+ORVANE_API void SetIdleWakeHandler(std::function<void()> handler);
+
+}  // namespace Kf::Platform

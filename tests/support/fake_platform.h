@@ -1,0 +1,72 @@
+// A platform layer for tests: an in-memory environment, settable date, user,
+// locales, folders and key states, and counted wake-ups. Install it for the
+// lifetime of a test with ScopedFakePlatform.
+#pragma once
+
+#include <atomic>
+#include <map>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "orvane/platform.h"
+
+namespace Kf::Testing {
+
+class FakePlatform : public Kf::Platform::IPlatform {
+ public:
+  FakePlatform();
+
+  bool GetEnv(const std::string& name, std::string& value) override;
+  bool SetEnv(const std::string& name, const std::string& value) override;
+  bool UnsetEnv(const std::string& name) override;
+  char PathListSeparator() const override { return separator; }
+  bool GetCurrentDirectory(GePath& out) override;
+  std::string GetUserName() override;
+  std::string FormatShortDate(std::chrono::system_clock::time_point when) override;
+  std::vector<std::string> GetUserLocales() override;
+  bool IsKeyDown(Kf::Platform::Key key) override;
+  void WakeIdleLoop() override { ++wakeCount; }
+  bool GetKnownFolder(Kf::Platform::KnownFolder folder, GePath& out) override;
+  bool GetCommonBinDirectory(GePath& out) override;
+  bool GetExecutablePath(GePath& out) override;
+  std::uint32_t GetProcessId() override { return processId; }
+  void SetCurrentThreadName(const std::string& name) override;
+  std::string GetCurrentThreadName() override;
+
+  void SetKeyDown(Kf::Platform::Key key, bool down);
+  // Names given to threads so far, in order.
+  std::vector<std::string> ThreadNames();
+
+  // Plain settings; set them before the code under test runs.
+  char separator = ':';
+  std::string userName = "tester";
+  std::string shortDate = "11/22/2026";
+  std::vector<std::string> locales{"en_US.UTF-8"};
+  GePath currentDirectory{"/work/current"};
+  GePath commonBinDirectory{"/opt/orvane/bin"};
+  GePath executablePath{"/opt/orvane/bin/host"};
+  std::map<Kf::Platform::KnownFolder, GePath> folders;
+  std::uint32_t processId = 4242;
+  std::atomic<int> wakeCount{0};
+
+ private:
+  std::mutex mutex_;
+  std::map<std::string, std::string> env_;  // guarded by mutex_
+  std::vector<std::string> threadNames_;    // guarded by mutex_
+  std::atomic<bool> keys_[static_cast<int>(Kf::Platform::Key::kCount)] = {};
+};
+
+// Installs a FakePlatform for the lifetime of the guard.
+class ScopedFakePlatform {
+ public:
+  ScopedFakePlatform() { Kf::Platform::SetPlatform(&fake_); }
+  ~ScopedFakePlatform() { Kf::Platform::SetPlatform(nullptr); }
+  FakePlatform& operator*() { return fake_; }
+  FakePlatform* operator->() { return &fake_; }
+
+ private:
+  FakePlatform fake_;
+};
+
+}  // namespace Kf::Testing
