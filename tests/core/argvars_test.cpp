@@ -148,12 +148,4 @@ TEST_F(ArgVars, IndexAsksEveryExpanderInOrder) {
   EXPECT_EQ(names, (std::set<std::string>{"kept", "k:$A1$", "k:$A2$", "k:$C1$"}));
 }
 
-TEST(PathVariables, NamesInPathTypeOrder) {
-  const auto& names = Kf::PathVariableNames();
-  ASSERT_EQ(names.size(), 14u);
-  EXPECT_EQ(names.front(), "$QV_DIR$");
-  EXPECT_EQ(names[3], "$PROJ_DIR$");
-  EXPECT_EQ(names.back(), "$FILE_DIR$");
-}
-
 }  // namespace

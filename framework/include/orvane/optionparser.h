@@ -101,6 +101,14 @@ struct ORVANE_API OptionError {
   std::string message;  // a complete sentence, e.g. unknown option "--colour"
 };
 
+class OptionParseResult;
+
+// Parses words[first..] against `options` with the rules above. Words before
+// `first` (a program name, for example) are ignored.
+[[nodiscard]] ORVANE_API OptionParseResult ParseOptions(const OptionSet& options,
+                                                        const std::vector<std::string>& words,
+                                                        std::size_t first = 0);
+
 // The outcome of one parse.
 class ORVANE_API OptionParseResult {
  public:
@@ -117,12 +125,12 @@ class ORVANE_API OptionParseResult {
   const std::vector<std::string>& Positionals() const { return positionals_; }
   const std::vector<OptionError>& Errors() const { return errors_; }
 
-  // Used by the parser.
+ private:
+  friend OptionParseResult ParseOptions(const OptionSet&, const std::vector<std::string>&, std::size_t);
   void AddOption(const std::string& canonicalName, const std::string* value);
   void AddPositional(std::string word) { positionals_.push_back(std::move(word)); }
   void AddError(OptionError error) { errors_.push_back(std::move(error)); }
 
- private:
   struct Given {
     std::string name;  // the option's name as declared in the set
     bool hasValue = false;
@@ -132,11 +140,5 @@ class ORVANE_API OptionParseResult {
   std::vector<std::string> positionals_;
   std::vector<OptionError> errors_;
 };
-
-// Parses words[first..] against `options` with the rules above. Words before
-// `first` (a program name, for example) are ignored.
-[[nodiscard]] ORVANE_API OptionParseResult ParseOptions(const OptionSet& options,
-                                                        const std::vector<std::string>& words,
-                                                        std::size_t first = 0);
 
 }  // namespace Kf::Console
