@@ -1,6 +1,6 @@
 #include "core/event_mgr.h"
 
-#include <boost/container/small_vector.hpp>
+#include <utility>
 
 #include "orvane/hostutil.h"
 
@@ -26,35 +26,39 @@ EventMgr::~EventMgr() { Withdraw(); }
 
 void EventMgr::Register(const std::string& name, BaseHandler* handler) {
   auto holder = std::make_shared<HandlerHolder>(handler);
+  SharedHolderList replaced;  // released after the lock is dropped
   IdeUtil::ScopedLock lock(table_mutex_);
-  table_[name].push_back(std::move(holder));
+  SharedHolderList& current = table_[name];
+  auto next = current ? std::make_shared<HolderList>(*current) : std::make_shared<HolderList>();
+  next->push_back(std::move(holder));
+  replaced = std::exchange(current, std::move(next));
 }
 
 void EventMgr::Unregister(const std::string& name, BaseHandler* handler) {
-  HolderList released;  // destroyed after the lock is dropped
-  {
-    IdeUtil::ScopedLock lock(table_mutex_);
-    HolderList& holders = table_[name];
-    for (auto it = holders.begin(); it != holders.end();) {
-      if ((*it)->Handler() == handler) {
-        released.push_back(std::move(*it));
-        it = holders.erase(it);
-      } else {
-        ++it;
-      }
-    }
+  SharedHolderList replaced;  // the unlinked holders go with it, after the lock
+  IdeUtil::ScopedLock lock(table_mutex_);
+  SharedHolderList& current = table_[name];
+  if (!current) return;
+  auto next = std::make_shared<HolderList>();
+  next->reserve(current->size());
+  for (const std::shared_ptr<HandlerHolder>& holder : *current) {
+    if (holder->Handler() == handler)
+      holder->Unlink();
+    else
+      next->push_back(holder);
   }
+  if (next->size() != current->size()) replaced = std::exchange(current, std::move(next));
 }
 
 void EventMgr::Deliver(const std::string& name, const BaseEvent& event) {
-  boost::container::small_vector<std::weak_ptr<HandlerHolder>, 16> snapshot;
+  SharedHolderList snapshot;
   {
     IdeUtil::ScopedLock lock(table_mutex_);
-    const HolderList& holders = table_[name];
-    snapshot.assign(holders.begin(), holders.end());
+    snapshot = table_[name];
   }
-  for (const std::weak_ptr<HandlerHolder>& weak : snapshot) {
-    if (std::shared_ptr<HandlerHolder> holder = weak.lock()) (*holder)(event);
+  if (!snapshot) return;
+  for (const std::shared_ptr<HandlerHolder>& holder : *snapshot) {
+    if (!holder->IsUnlinked()) (*holder)(event);
   }
 }
 

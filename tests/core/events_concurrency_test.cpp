@@ -174,6 +174,8 @@ TEST(IdleConcurrency, DestroyingAChoreOnAnotherThreadWaitsForItsRun) {
 }
 
 TEST(IdleConcurrency, ChoresEnqueuedAndDestroyedOnWorkersDuringPasses) {
+  // Workers keep creating chores, waiting briefly for a run, and destroying
+  // them, while the UI thread runs passes: no run may touch a dead chore.
   std::atomic<bool> stop{false};
   std::atomic<int> runs{0};
   struct Counting : KfIdleChoreImpl {
@@ -181,24 +183,26 @@ TEST(IdleConcurrency, ChoresEnqueuedAndDestroyedOnWorkersDuringPasses) {
     ~Counting() override { Withdraw(); }
     bool DoIdleChore() override {
       runs.fetch_add(1);
+      ran.store(true);
       return false;
     }
     std::atomic<int>& runs;
+    std::atomic<bool> ran{false};
   };
   std::vector<std::thread> workers;
   for (int t = 0; t < 3; ++t) {
     workers.emplace_back([&] {
       while (!stop.load()) {
         Counting chore(runs);
-        std::this_thread::yield();
+        for (int spin = 0; spin < 1000 && !chore.ran.load() && !stop.load(); ++spin) std::this_thread::yield();
       }
     });
   }
-  for (int pass = 0; pass < 2000; ++pass) KfIdleChoreImpl::IdleTime(0);
+  for (int pass = 0; pass < 100000 && runs.load() < 300; ++pass) KfIdleChoreImpl::IdleTime(0);
   stop.store(true);
   for (auto& w : workers) w.join();
   KfIdleChoreImpl::IdleTime(0);
-  EXPECT_GT(runs.load(), 0);
+  EXPECT_GE(runs.load(), 300);
 }
 
 }  // namespace
