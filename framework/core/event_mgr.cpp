@@ -32,6 +32,7 @@ void EventMgr::Register(const std::string& name, BaseHandler* handler) {
   auto next = current ? std::make_shared<HolderList>(*current) : std::make_shared<HolderList>();
   next->push_back(std::move(holder));
   replaced = std::exchange(current, std::move(next));
+  generation_.fetch_add(1, std::memory_order_release);
 }
 
 void EventMgr::Unregister(const std::string& name, BaseHandler* handler) {
@@ -47,17 +48,66 @@ void EventMgr::Unregister(const std::string& name, BaseHandler* handler) {
     else
       next->push_back(holder);
   }
-  if (next->size() != current->size()) replaced = std::exchange(current, std::move(next));
+  if (next->size() != current->size()) {
+    replaced = std::exchange(current, std::move(next));
+    generation_.fetch_add(1, std::memory_order_release);
+  }
 }
 
+namespace {
+
+// Per-thread delivery state: the handler list of the name this thread
+// delivered last, with the generation it was read at (which proves it current
+// while no list has changed since), and how many deliveries are in progress
+// on this thread (a handler may deliver other events).
+struct ThreadDeliveryState {
+  std::uint64_t generation = 0;
+  std::string name;
+  std::shared_ptr<const std::vector<std::shared_ptr<EventMgr::HandlerHolder>>> list;
+  int depth = 0;
+};
+thread_local ThreadDeliveryState t_delivery;
+
+}  // namespace
+
 void EventMgr::Deliver(const std::string& name, const BaseEvent& event) {
-  SharedHolderList snapshot;
-  {
-    IdeUtil::ScopedLock lock(table_mutex_);
-    snapshot = table_[name];
+  ThreadDeliveryState& state = t_delivery;
+  struct DepthGuard {
+    explicit DepthGuard(int& d) : depth(d) { ++depth; }
+    ~DepthGuard() { --depth; }
+    int& depth;
+  } guard(state.depth);
+
+  // Most deliveries repeat the name their thread delivered last; then an
+  // unchanged generation proves the cached list current and the table's lock
+  // and lookup are skipped. Only the outermost delivery of a thread uses and
+  // refreshes the cache, so the list it walks stays alive while its handlers
+  // deliver other events; nested deliveries hold their own copy.
+  const bool outermost = state.depth == 1;
+  SharedHolderList nestedList;
+  const HolderList* holders;
+  if (outermost && state.generation == generation_.load(std::memory_order_acquire) && state.name == name) {
+    holders = state.list.get();
+  } else {
+    SharedHolderList list;
+    std::uint64_t generation;
+    {
+      IdeUtil::ScopedLock lock(table_mutex_);
+      list = table_[name];
+      generation = generation_.load(std::memory_order_relaxed);
+    }
+    if (outermost) {
+      state.generation = generation;
+      state.name = name;
+      state.list = std::move(list);
+      holders = state.list.get();
+    } else {
+      nestedList = std::move(list);
+      holders = nestedList.get();
+    }
   }
-  if (!snapshot) return;
-  for (const std::shared_ptr<HandlerHolder>& holder : *snapshot) {
+  if (!holders) return;
+  for (const std::shared_ptr<HandlerHolder>& holder : *holders) {
     if (!holder->IsUnlinked()) (*holder)(event);
   }
 }

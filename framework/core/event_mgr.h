@@ -9,6 +9,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <deque>
 #include <memory>
 #include <string>
@@ -66,6 +67,10 @@ class EventMgr : public KfIdleChoreImpl {
 
   IdeUtil::Mutex table_mutex_;
   std::unordered_map<std::string, SharedHolderList> table_;  // guarded by table_mutex_
+  // Advanced (under table_mutex_) by every change of any handler list, so a
+  // thread's cached list of the name it delivered last is known to be current
+  // without taking the lock.
+  std::atomic<std::uint64_t> generation_{1};
   IdeUtil::Mutex queue_mutex_;
   std::deque<std::pair<std::string, std::unique_ptr<BaseEvent>>> pending_;  // guarded by queue_mutex_
 };

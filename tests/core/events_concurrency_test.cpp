@@ -179,7 +179,9 @@ TEST(IdleConcurrency, ChoresEnqueuedAndDestroyedOnWorkersDuringPasses) {
   std::atomic<bool> stop{false};
   std::atomic<int> runs{0};
   struct Counting : KfIdleChoreImpl {
-    explicit Counting(std::atomic<int>& r) : KfIdleChoreImpl("Counting", false), runs(r) {}
+    // Built on a worker while the UI thread runs passes: enqueued only once
+    // complete, withdrawn before its members go.
+    explicit Counting(std::atomic<int>& r) : KfIdleChoreImpl(No_enqueue_tag{}, false), runs(r) { Enqueue("Counting"); }
     ~Counting() override { Withdraw(); }
     bool DoIdleChore() override {
       runs.fetch_add(1);

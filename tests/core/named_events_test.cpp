@@ -142,4 +142,30 @@ TEST_F(NamedEvents, HandlerUnregisteredBeforeItsTurnIsSkipped) {
   Kf::Event::UnregisterEvent("TEST_SKIP", &firstHandler);
 }
 
+TEST_F(NamedEvents, ChangesMadeOnAnyThreadAreSeenByTheNextDelivery) {
+  // Repeated deliveries of one name must still notice every registration
+  // change, whether a handler makes it or another thread does.
+  int first = 0, added = 0, remote = 0;
+  Kf::Event::FunctionHandler<UiMessage> addedHandler([&](const UiMessage&) { ++added; });
+  Kf::Event::FunctionHandler<UiMessage> remoteHandler([&](const UiMessage&) { ++remote; });
+  Kf::Event::FunctionHandler<UiMessage> firstHandler([&](const UiMessage&) {
+    if (++first == 1) Kf::Event::RegisterEvent("TEST_CHANGES", &addedHandler);
+  });
+  Kf::Event::RegisterEvent("TEST_CHANGES", &firstHandler);
+  Kf::Event::NotifyEvent("TEST_CHANGES", MakeUi("1"));
+  EXPECT_EQ(added, 0) << "registered during the delivery: not part of it";
+  Kf::Event::NotifyEvent("TEST_CHANGES", MakeUi("2"));
+  EXPECT_EQ(added, 1);
+
+  std::thread([&] { Kf::Event::RegisterEvent("TEST_CHANGES", &remoteHandler); }).join();
+  Kf::Event::NotifyEvent("TEST_CHANGES", MakeUi("3"));
+  EXPECT_EQ(remote, 1);
+  std::thread([&] { Kf::Event::UnregisterEvent("TEST_CHANGES", &remoteHandler); }).join();
+  Kf::Event::NotifyEvent("TEST_CHANGES", MakeUi("4"));
+  EXPECT_EQ(remote, 1);
+  EXPECT_EQ(first, 4);
+  Kf::Event::UnregisterEvent("TEST_CHANGES", &firstHandler);
+  Kf::Event::UnregisterEvent("TEST_CHANGES", &addedHandler);
+}
+
 }  // namespace
