@@ -66,7 +66,10 @@ struct ThreadDeliveryState {
   std::shared_ptr<const std::vector<std::shared_ptr<EventMgr::HandlerHolder>>> list;
   int depth = 0;
 };
-thread_local ThreadDeliveryState t_delivery;
+// Initial-exec: a direct thread-pointer access instead of a resolver call on
+// every delivery. The state is small enough for the static TLS reserve that
+// the loader keeps even for libraries loaded at run time.
+thread_local ThreadDeliveryState t_delivery __attribute__((tls_model("initial-exec")));
 
 }  // namespace
 
