@@ -70,6 +70,9 @@
 namespace Kf {
 
 // Turns argument variables into their text. Implemented by modules.
+// Threads: Expand and AddToIndex run on the thread that called
+// ExpandSingleVar or GetIndex, with the registry's recursive mutex held (see
+// above); an expander shared by several threads guards its own state.
 class ORVANE_API ArgVarExpander {
  public:
   virtual ~ArgVarExpander();
@@ -106,6 +109,8 @@ ORVANE_API const std::vector<std::string>& PathVariableNames();
 // Identifies one module's contribution to PATH: its address is the key under
 // which InstallPathPart stores the directories. Destroying an installed part
 // uninstalls it, so PATH never keeps directories of a part that is gone.
+// Threads: a part may be installed, uninstalled and destroyed on any thread;
+// the path-part manager's mutex serialises these.
 class ORVANE_API PathVariablePart {
  public:
   PathVariablePart() = default;

@@ -64,6 +64,8 @@ struct ORVANE_API OptionSpec {
 };
 
 // The options a program understands.
+// Threads: build on one thread; afterwards concurrent reads (Find, HelpText,
+// ParseOptions) are safe.
 class ORVANE_API OptionSet {
  public:
   // Adds an option. False (and the set unchanged) when the name is empty,
@@ -110,6 +112,7 @@ class OptionParseResult;
                                                         std::size_t first = 0);
 
 // The outcome of one parse.
+// Threads: a plain value, filled by ParseOptions; concurrent reads are safe.
 class ORVANE_API OptionParseResult {
  public:
   // True when no error was found.
