@@ -97,21 +97,21 @@ OptionParseResult ParseOptions(const OptionSet& options, const std::vector<std::
     }
 
     OptionWord split = SplitOptionWord(word);
-    const OptionSpec* spec = split.name.empty() ? nullptr : options.Find(split.name);
-    if (!spec) {
+    const Option* option = split.name.empty() ? nullptr : options.Find(split.name);
+    if (!option) {
       result.AddError(MakeError(OptionError::Kind::UnknownOption, word, split.name));
       continue;
     }
-    if (!spec->takesValue) {
+    if (!option->takesValue) {
       if (split.hasValue)
-        result.AddError(MakeError(OptionError::Kind::UnexpectedValue, word, spec->name));
+        result.AddError(MakeError(OptionError::Kind::UnexpectedValue, word, option->name));
       else
-        result.AddOption(spec->name, nullptr);
+        result.AddOption(option->name, nullptr);
       continue;
     }
     if (split.hasValue) {
       std::string value(split.value);
-      result.AddOption(spec->name, &value);
+      result.AddOption(option->name, &value);
       continue;
     }
     // "-name value": the next word, unless it ends the options or is itself
@@ -119,10 +119,10 @@ OptionParseResult ParseOptions(const OptionSet& options, const std::vector<std::
     bool nextIsValue = i + 1 < words.size() && words[i + 1] != "--" &&
                        !(IsOptionWord(words[i + 1]) && options.Find(SplitOptionWord(words[i + 1]).name));
     if (!nextIsValue) {
-      result.AddError(MakeError(OptionError::Kind::MissingValue, word, spec->name));
+      result.AddError(MakeError(OptionError::Kind::MissingValue, word, option->name));
       continue;
     }
-    result.AddOption(spec->name, &words[++i]);
+    result.AddOption(option->name, &words[++i]);
   }
   return result;
 }

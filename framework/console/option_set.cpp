@@ -29,18 +29,18 @@ std::size_t DisplayWidth(std::string_view text) {
 
 bool OptionSet::AddFlag(const std::string& name, const std::string& help) {
   if (!IsValidName(name) || Find(name)) return false;
-  options_.push_back(OptionSpec{name, help, false, {}});
+  options_.push_back(Option{name, help, false, {}});
   return true;
 }
 
 bool OptionSet::AddValue(const std::string& name, const std::string& help, const std::string& valueName) {
   if (!IsValidName(name) || Find(name)) return false;
-  options_.push_back(OptionSpec{name, help, true, valueName.empty() ? std::string("VALUE") : valueName});
+  options_.push_back(Option{name, help, true, valueName.empty() ? std::string("VALUE") : valueName});
   return true;
 }
 
-const OptionSpec* OptionSet::Find(std::string_view name) const {
-  for (const OptionSpec& option : options_)
+const Option* OptionSet::Find(std::string_view name) const {
+  for (const Option& option : options_)
     if (Detail::EqualsIgnoringAsciiCase(option.name, name)) return &option;
   return nullptr;
 }
@@ -48,7 +48,7 @@ const OptionSpec* OptionSet::Find(std::string_view name) const {
 std::string OptionSet::HelpText(std::string_view dashes) const {
   std::vector<std::string> labels;
   std::size_t column = 0;
-  for (const OptionSpec& option : options_) {
+  for (const Option& option : options_) {
     std::string label = "  " + std::string(dashes) + option.name;
     if (option.takesValue) label += "=" + option.valueName;
     std::size_t width = DisplayWidth(label);

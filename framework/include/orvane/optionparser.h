@@ -56,7 +56,7 @@
 namespace Kf::Console {
 
 // One option of a set.
-struct ORVANE_API OptionSpec {
+struct ORVANE_API Option {
   std::string name;       // without dashes ("DBG", "out")
   std::string help;       // one line, or several separated by '\n'
   bool takesValue = false;
@@ -76,8 +76,8 @@ class ORVANE_API OptionSet {
                               const std::string& valueName = "VALUE");
 
   // The option called `name` (dashes already removed, ASCII case ignored), or null.
-  const OptionSpec* Find(std::string_view name) const;
-  const std::vector<OptionSpec>& Options() const { return options_; }
+  const Option* Find(std::string_view name) const;
+  const std::vector<Option>& Options() const { return options_; }
 
   // The options, one per line in the order they were added, each as
   // "  <dashes>name[=VALUE]" padded to a common column followed by its help;
@@ -87,7 +87,7 @@ class ORVANE_API OptionSet {
   std::string HelpText(std::string_view dashes = "-") const;
 
  private:
-  std::vector<OptionSpec> options_;
+  std::vector<Option> options_;
 };
 
 // What went wrong with one word.
