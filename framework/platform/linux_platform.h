@@ -32,6 +32,7 @@ class LinuxPlatform final : public IPlatform {
   std::uint32_t GetProcessId() override;
   void SetCurrentThreadName(const std::string& name) override;
   std::string GetCurrentThreadName() override;
+  bool SetMessagesLocale(const std::string& name) override;
 
   void FeedKeyState(Key key, bool down);
   void SetIdleWakeHandler(std::function<void()> handler);

@@ -1,0 +1,13 @@
+// Internal: the persisted next-session language ("Global" storage, section
+// "LanguageSettings", key "CurrentLanguage").
+#pragma once
+
+#include <string>
+
+namespace Kf::Detail {
+
+// The stored code, empty when none is stored or the setting is unreadable.
+std::string LoadNextSessionLanguage();
+void StoreNextSessionLanguage(const std::string& code);
+
+}  // namespace Kf::Detail
