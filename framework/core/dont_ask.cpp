@@ -33,3 +33,15 @@ void ClearDontAskInformation() { Detail::DontAskTable().clear(); }
 
 }  // namespace DontAsk
 }  // namespace Kf
+
+namespace Kf::DontAsk {
+
+void SaveDontAskInformation() { (void)Detail::SaveDontAskTable(Detail::DontAskTable()); }
+
+void RestoreDontAskInformation() {
+  std::map<std::string, HostUtil::MsgButton> saved;
+  if (!Detail::LoadDontAskTable(saved)) return;
+  for (auto& [key, button] : saved) Detail::DontAskTable()[key] = button;
+}
+
+}  // namespace Kf::DontAsk

@@ -1,5 +1,6 @@
 // Internal: the persisted next-session language ("Global" storage, section
-// "LanguageSettings", key "CurrentLanguage").
+// "LanguageSettings", key "CurrentLanguage"). Defined by the storage layer,
+// which sits above this one.
 #pragma once
 
 #include <string>

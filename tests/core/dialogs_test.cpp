@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "orvane/dialogs.h"
+#include "support/recording_log_server.h"
+#include "support/scoped_settings.h"
 #include "support/test_host.h"
 
 namespace {
@@ -163,6 +165,69 @@ TEST(DontAsk, RemembersAnswersPerKeyButNeverForTheEmptyKey) {
   EXPECT_EQ(answer, IHostUtil::BtnNone);
   Kf::DontAsk::ClearDontAsk("OVERWRITE");
   EXPECT_TRUE(Kf::DontAsk::ShouldAsk("OVERWRITE", answer));
+}
+
+class DontAskStorage : public ::testing::Test {
+ protected:
+  void SetUp() override { Kf::DontAsk::ClearDontAskInformation(); }
+  void TearDown() override { Kf::DontAsk::ClearDontAskInformation(); }
+  Kf::Testing::ScopedGlobalStorage global;
+};
+
+TEST_F(DontAskStorage, SaveClearRestoreGivesEveryAnswerBack) {
+  Kf::DontAsk::SetDontAsk("b.delete", IHostUtil::BtnYes);
+  Kf::DontAsk::SetDontAsk("a.overwrite", IHostUtil::BtnNo);
+  Kf::DontAsk::SetDontAsk("c.reload", IHostUtil::BtnCancel);
+  Kf::DontAsk::SaveDontAskInformation();
+  Kf::DontAsk::ClearDontAskInformation();
+  IHostUtil::MsgButton answer = IHostUtil::BtnNone;
+  EXPECT_TRUE(Kf::DontAsk::ShouldAsk("a.overwrite", answer));
+
+  Kf::DontAsk::SetDontAsk("d.kept", IHostUtil::BtnOk);  // restoring adds, it does not replace
+  Kf::DontAsk::RestoreDontAskInformation();
+  std::vector<std::pair<std::string, IHostUtil::MsgButton>> expected{{"a.overwrite", IHostUtil::BtnNo},
+                                                                      {"b.delete", IHostUtil::BtnYes},
+                                                                      {"c.reload", IHostUtil::BtnCancel},
+                                                                      {"d.kept", IHostUtil::BtnOk}};
+  for (const auto& [key, button] : expected) {
+    ASSERT_FALSE(Kf::DontAsk::ShouldAsk(key, answer)) << key;
+    EXPECT_EQ(answer, button) << key;
+  }
+}
+
+TEST_F(DontAskStorage, TheRecordIsTheCountThenKeysAndButtonsInKeyOrder) {
+  Kf::DontAsk::SetDontAsk("zeta", IHostUtil::BtnRetry);
+  Kf::DontAsk::SetDontAsk("alpha", IHostUtil::BtnIgnore);
+  Kf::DontAsk::SaveDontAskInformation();
+  KfPerIStream in(*global, "DontAsk", "answers");
+  std::int32_t count = 0, first = 0, second = 0;
+  std::string firstKey, secondKey;
+  ASSERT_TRUE(in >> count >> firstKey >> first >> secondKey >> second);
+  EXPECT_TRUE(in.AtEnd());
+  EXPECT_EQ(count, 2);
+  EXPECT_EQ(firstKey, "alpha");
+  EXPECT_EQ(first, IHostUtil::BtnIgnore);
+  EXPECT_EQ(secondKey, "zeta");
+  EXPECT_EQ(second, IHostUtil::BtnRetry);
+}
+
+TEST_F(DontAskStorage, ADamagedRecordRestoresNothingAndIsReported) {
+  Kf::Testing::RecordingServer server;
+  server.RegisterLogServer();
+  {
+    KfPerOStream out(*global, "DontAsk", "answers");
+    out << std::int32_t{2} << std::string("only.one") << std::int32_t{IHostUtil::BtnYes};
+  }
+  Kf::DontAsk::RestoreDontAskInformation();
+  IHostUtil::MsgButton answer = IHostUtil::BtnNone;
+  EXPECT_TRUE(Kf::DontAsk::ShouldAsk("only.one", answer));
+  ASSERT_FALSE(server.EntriesOf(kKfFrameworkLogCategory).empty());
+  EXPECT_NE(server.EntriesOf(kKfFrameworkLogCategory).back().Text().find("damaged"), std::string::npos);
+
+  Kf::DontAsk::ClearDontAskInformation();  // nothing saved at all: nothing happens
+  EXPECT_TRUE(global->DeleteSection("DontAsk"));
+  Kf::DontAsk::RestoreDontAskInformation();
+  EXPECT_TRUE(Kf::DontAsk::ShouldAsk("only.one", answer));
 }
 
 }  // namespace

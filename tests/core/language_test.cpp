@@ -6,6 +6,7 @@
 
 #include "orvane/language.h"
 #include "support/fake_platform.h"
+#include "support/scoped_settings.h"
 
 namespace {
 
@@ -31,6 +32,7 @@ class Language : public ::testing::Test {
   void Install(const fs::path& relative) { fs::create_directories(root / "install" / relative); }
 
   Kf::Testing::ScopedFakePlatform platform;
+  Kf::Testing::ScopedGlobalStorage global;  // a private settings root
   fs::path root;
 };
 
@@ -103,6 +105,12 @@ TEST_F(Language, NextSessionLanguageLeavesTheCurrentOneAlone) {
   Kf::SetNextSessionLanguage("JPN");
   EXPECT_EQ(Kf::GetCurrentLanguage(), "ENU");
   EXPECT_EQ(Kf::GetNextSessionLanguage(), "JPN");
+
+  // It is in the settings file, where the next session will read it.
+  KfPersistentStorage reread("LanguageReread", global.Settings().GlobalFile());
+  std::string stored;
+  ASSERT_TRUE(reread.Load("LanguageSettings", "CurrentLanguage", stored));
+  EXPECT_EQ(stored, "JPN");
 }
 
 TEST_F(Language, FileNamesCarryTheLanguageBeforeTheExtension) {

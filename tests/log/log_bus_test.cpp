@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "log/log_test_server.h"
+#include "support/recording_log_server.h"
 #include "orvane/statusbar.h"
 #include "support/test_host.h"
 
