@@ -13,6 +13,7 @@ packages=(
   gettext locales
   libgtest-dev libgmock-dev googletest
   libbenchmark-dev
+  libspdlog-dev
   python3
 )
 

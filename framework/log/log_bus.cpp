@@ -3,6 +3,7 @@
 // so servers with static lifetime may unregister during process exit).
 #include "log/log_bus.h"
 
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <exception>
@@ -74,30 +75,38 @@ struct ServerRecord {
 // ends, so an iterator held by a walk never dangles.
 class ServerRegistry {
  public:
+  // Calls `operation` for every server registered when the walk begins, in
+  // address order, skipping those removed since. The servers are listed under
+  // the registry mutex once; the walk count keeps their records alive, so
+  // the list stays valid without that mutex. A server registered during the
+  // walk is not called by it.
   template <class Operation>
   std::size_t Broadcast(Operation&& operation) {
-    std::size_t reached = 0;
-    Map::iterator it;
-    KfLogServer* server = nullptr;
-    ServerRecord* record = nullptr;
+    struct Target {
+      KfLogServer* server;
+      ServerRecord* record;
+    };
+    constexpr std::size_t kInline = 8;
+    std::array<Target, kInline> inlineTargets;
+    std::vector<Target> spilled;
+    Target* targets = inlineTargets.data();
+    std::size_t count = 0;
     {
       IdeUtil::ScopedLock lock(mutex_);
       ++walks_;
-      it = records_.begin();
-      if (it != records_.end()) server = it->first, record = it->second.get();
-    }
-    while (record) {
-      {
-        IdeUtil::ScopedRecursiveLock recordLock(record->mutex);
-        if (record->registered && !record->removed) {
-          operation(*server);
-          ++reached;
-        }
+      if (records_.size() > kInline) {
+        spilled.resize(records_.size());
+        targets = spilled.data();
       }
-      IdeUtil::ScopedLock lock(mutex_);
-      ++it;
-      record = nullptr;
-      if (it != records_.end()) server = it->first, record = it->second.get();
+      for (const auto& [server, record] : records_) targets[count++] = {server, record.get()};
+    }
+    std::size_t reached = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+      IdeUtil::ScopedRecursiveLock recordLock(targets[i].record->mutex);
+      if (targets[i].record->registered && !targets[i].record->removed) {
+        operation(*targets[i].server);
+        ++reached;
+      }
     }
     FinishWalk();
     return reached;
@@ -157,7 +166,7 @@ class ServerRegistry {
   void FinishWalk() {
     std::vector<std::unique_ptr<ServerRecord>> erased;  // destroyed after the lock
     IdeUtil::ScopedLock lock(mutex_);
-    if (--walks_ >= 1) return;
+    if (--walks_ >= 1 || waiting_.empty()) return;
     for (KfLogServer* server : waiting_) {
       auto it = records_.find(server);
       if (it == records_.end()) continue;
