@@ -138,7 +138,8 @@ class ORVANE_API KfLogServer {
   virtual void RemoveCategory(const std::string& category);
   // A client of the category began a new session (a new build, a new search).
   virtual void StartSession(const std::string& category);
-  // Receives every dispatched entry.
+  // Receives every dispatched entry. The entry is valid during the call only
+  // (the bus refills it for the next message): copy it to keep it.
   virtual void ProcessEntry(Entry& entry) = 0;
 
   // Starts receiving; the categories known now are replayed through
