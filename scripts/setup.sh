@@ -14,6 +14,7 @@ packages=(
   libgtest-dev libgmock-dev googletest
   libbenchmark-dev
   libspdlog-dev
+  clang libclang-rt-14-dev
   python3
 )
 

@@ -75,6 +75,18 @@ TEST(PersistentStorage, ValuesRoundTripThroughTheFile) {
   EXPECT_NE(file.find("<u32>4000000000</u32>"), std::string::npos);
 }
 
+TEST(PersistentStorage, TextComesBackExactlyIncludingWhitespaceAndLineEnds) {
+  ScopedGlobalStorage global;
+  const std::string values[] = {" ", "\t x \n", "a\r\nb", "a\rb", "]]> & <", ""};
+  for (size_t i = 0; i < std::size(values); ++i) ASSERT_TRUE(global->Store("S", "k" + std::to_string(i), values[i]));
+  KfPersistentStorage reader("Reader", global.Settings().GlobalFile());
+  for (size_t i = 0; i < std::size(values); ++i) {
+    std::string back = "unset";
+    EXPECT_TRUE(reader.Load("S", "k" + std::to_string(i), back));
+    EXPECT_EQ(back, values[i]) << i;
+  }
+}
+
 TEST(PersistentStorage, MissingOrUnconvertibleValuesAreNotFoundAndLeaveOutputs) {
   ScopedGlobalStorage global;
   ASSERT_TRUE(global->Store("S", "word", std::string("twelve")));

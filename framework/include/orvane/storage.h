@@ -95,7 +95,10 @@ class ORVANE_API KfPersistentStorageI {
 // Threads: see the top of this header. A buffered operation counts per
 // storage, not per thread: while one is open, stores from any thread are kept
 // in memory and saved when the outermost buffered operation ends, and the
-// process holds the storage's inter-process lock until then.
+// process holds the storage's inter-process lock until then (so keep batches
+// short, and always end them: KfPersistentStorageBuffer does). The lock orders
+// processes; two storage objects on one file inside one process are ordered
+// only by their own mutexes, so use one storage per file per process.
 class ORVANE_API KfPersistentStorage {
  public:
   // Registers this storage under `name` (replacing an earlier storage of that
@@ -115,7 +118,8 @@ class ORVANE_API KfPersistentStorage {
   [[nodiscard]] virtual bool StoreInt64(const std::string& section, const std::string& key, std::int64_t value);
   [[nodiscard]] virtual bool Store(const std::string& section, const std::string& key, const std::string& value);
   // Copies the text with its terminating zero when the key exists and `size`
-  // is at least the text's length; returns the length, or 0.
+  // is at least the text's length; returns the length, or 0. `size` counts
+  // the characters besides the zero, so the buffer holds size + 1 chars.
   virtual std::uint32_t Load(const std::string& section, const std::string& key, char*& buffer,
                              std::uint32_t size);
   // Reads what Store(section, key, bytes, size) wrote; returns the number of
