@@ -20,6 +20,7 @@
 
 #include "host_app.h"
 #include "orvane/cmdline.h"
+#include "orvane/logtask.h"
 #include "orvane/events.h"
 
 namespace {
@@ -47,6 +48,7 @@ int OpenFile(std::ostream& out, const GePath& file) {
 
 int main(int argc, char** argv) {
   Kf::InitOrvaneXDll();
+  KfSetUsingMode(KfUsingMode::kIde);  // this host plays the IDE: its traced events are written
   Kf::CmdLine& cmdLine = Kf::CmdLine::Instance();
   cmdLine.Parse(argc, argv);
   for (const Kf::Console::OptionError& error : cmdLine.GetParseResult().Errors()) {

@@ -33,6 +33,13 @@ class FakePlatform : public Kf::Platform::IPlatform {
   std::uint32_t GetProcessId() override { return processId; }
   void SetCurrentThreadName(const std::string& name) override;
   std::string GetCurrentThreadName() override;
+  // Files are real in tests: these forward to the built-in platform.
+  bool GetFileIdentity(const GePath& file, Kf::Platform::FileIdentity& out) override {
+    return Kf::Platform::Native().GetFileIdentity(file, out);
+  }
+  std::uint64_t GetCurrentThreadId() override { return Kf::Platform::Native().GetCurrentThreadId(); }
+  // Records the name in messagesLocale; the real locale is not touched.
+  bool SetMessagesLocale(const std::string& name) override;
 
   void SetKeyDown(Kf::Platform::Key key, bool down);
   // Names given to threads so far, in order.
@@ -49,6 +56,7 @@ class FakePlatform : public Kf::Platform::IPlatform {
   std::map<Kf::Platform::KnownFolder, GePath> folders;
   std::uint32_t processId = 4242;
   std::atomic<int> wakeCount{0};
+  std::string messagesLocale;  // the last SetMessagesLocale name
 
  private:
   std::mutex mutex_;

@@ -29,6 +29,9 @@
 //     pipe), and does nothing when none is installed.
 //   - Known folders follow the XDG base-directory conventions.
 //   - The common-binaries directory is the directory of the library file.
+//   - SetMessagesLocale(name) sets the C library's LC_MESSAGES category to the
+//     first of name, name.UTF-8 and name.utf8 that exists, and removes the
+//     LANGUAGE variable, which would otherwise override the choice.
 //
 // Threads: every operation may be called from any thread. SetPlatform is
 // meant for start-up and tests; the installed object must outlive its use.
@@ -61,6 +64,16 @@ enum class KnownFolder : int {
   UserCache = 3,    // per-user cache (XDG_CACHE_HOME)
   Temp = 4,         // temporary files
   Documents = 5,    // the user's documents
+};
+
+// What GetFileIdentity reports about a file.
+struct FileIdentity {
+  std::int64_t modifiedNs = 0;   // last modification, nanoseconds since the epoch
+  std::uint64_t size = 0;        // bytes
+  std::uint64_t device = 0;      // the file system that holds the file
+  std::uint64_t inode = 0;       // the file's number within that file system
+
+  friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
 };
 
 class ORVANE_API IPlatform {
@@ -96,6 +109,24 @@ class ORVANE_API IPlatform {
   virtual void SetCurrentThreadName(const std::string& name) = 0;
   // The name given with SetCurrentThreadName, or empty.
   virtual std::string GetCurrentThreadName() = 0;
+
+  // Added for the settings storage and the trace file.
+  //
+  // One metadata query of a file: the settings storage compares all four
+  // fields to notice a file that another process replaced, even when the
+  // replacement has the same size and time stamp. False when the file does
+  // not exist or cannot be queried (`out` is then unchanged).
+  virtual bool GetFileIdentity(const GePath& file, FileIdentity& out) = 0;
+  // The calling thread's numeric identifier as the operating system shows it
+  // (the kernel thread id on Linux, the thread id on Windows).
+  virtual std::uint64_t GetCurrentThreadId() = 0;
+
+  // Added for language selection.
+  //
+  // Makes the message catalogues (gettext) of this process speak the locale
+  // `name` ("ja_JP"; "C" for the untranslated texts). False when the system
+  // has no such locale. For start-up, on the UI thread.
+  virtual bool SetMessagesLocale(const std::string& name) = 0;
 };
 
 // The platform the library uses now: the installed one, or the built-in one.
