@@ -156,8 +156,8 @@ class CountingHost : public Kf::ListWindow::ListWindowProxyListener {
  public:
   void HandleMessage(const Message&) override {
     std::lock_guard<std::mutex> lock(mutex_);
-    ++count_;
-    arrived_.notify_all();
+    // Like a real host, wake the UI side once, when the screen is complete.
+    if (++count_ == target_) arrived_.notify_all();
   }
   bool Visible(u64* first, u64* last) override {
     std::lock_guard<std::mutex> lock(mutex_);
@@ -172,6 +172,7 @@ class CountingHost : public Kf::ListWindow::ListWindowProxyListener {
   }
   void WaitFor(int n) {
     std::unique_lock<std::mutex> lock(mutex_);
+    target_ = n;
     arrived_.wait(lock, [&] { return count_ >= n; });
   }
 
@@ -179,6 +180,7 @@ class CountingHost : public Kf::ListWindow::ListWindowProxyListener {
   std::mutex mutex_;
   std::condition_variable arrived_;
   int count_ = 0;
+  int target_ = 60;
   u64 first_ = 0;
 };
 

@@ -6,7 +6,6 @@
 #include "core/diagnostics.h"
 #include "core/profile.h"
 #include "orvane/listwindow_proxy.h"
-#include "orvane/platform.h"
 
 namespace Kf::ListWindow {
 
@@ -156,9 +155,14 @@ void KfStdListWindowProxy::Run() {
     IdeUtil::ScopedRecursiveLock lock(mutex_);
     if (model_) model_->GetHelpTag(&tag);
   }
-  Kf::Platform::Current().SetCurrentThreadName("StdListWindowProxy" + tag);
+  // The profiler sees the thread as "StdListWindowProxy<tag>" and its run as
+  // "WindowProxyRun<tag>"; the platform's thread list keeps the name the
+  // thread was started with ("List window proxy").
+  const std::string threadName = "StdListWindowProxy" + tag;
   const std::string runName = "WindowProxyRun" + tag;
+  Kf::Detail::ProfileTask threadTask(threadName.c_str());
   Kf::Detail::ProfileTask runTask(runName.c_str());
+  Kf::Detail::ScopedProfile threadProfile(threadTask);
   Kf::Detail::ScopedProfile runProfile(runTask);
   static Kf::Detail::ProfileTask fetchTask("KfStdListWindowProxyFetch");
 

@@ -4,6 +4,7 @@
 #include <mutex>
 
 #include "listwindow_test_util.h"
+#include "orvane/platform.h"
 
 namespace {
 
@@ -26,6 +27,7 @@ class GatedModel : public KfUniversalListModel {
   bool GetRow(u64 row, std::vector<std::string>* cells, std::vector<Format>* formats, TreeInfo*, bool*) override {
     std::unique_lock<std::mutex> lock(mutex_);
     fetched_.push_back(row);
+    threadName_ = Kf::Platform::Current().GetCurrentThreadName();
     inside_ = true;
     changed_.notify_all();
     changed_.wait(lock, [this] { return open_; });
@@ -51,6 +53,10 @@ class GatedModel : public KfUniversalListModel {
     std::unique_lock<std::mutex> lock(mutex_);
     changed_.wait(lock, [this] { return inside_; });
   }
+  std::string ThreadName() {
+    std::lock_guard<std::mutex> lock(mutex_);
+    return threadName_;
+  }
   std::vector<u64> Fetched() {
     std::lock_guard<std::mutex> lock(mutex_);
     return fetched_;
@@ -62,6 +68,7 @@ class GatedModel : public KfUniversalListModel {
   bool open_ = true;
   bool inside_ = false;
   std::vector<u64> fetched_;
+  std::string threadName_;
   u64 version_ = 0;
   KfFlatListModelListener* listener_ = nullptr;
 };
@@ -108,6 +115,7 @@ TEST_F(StdFixture, MissingRowIsDrawnPendingAndFetchedByTheWorker) {
   EXPECT_TRUE(first.pending);
   WaitIdle(proxy);
   EXPECT_EQ(model->Fetched(), (std::vector<u64>{5}));
+  EXPECT_EQ(model->ThreadName(), "List window proxy");
   auto messages = host.Take();
   ASSERT_EQ(messages.size(), 1u);
   EXPECT_EQ(messages[0].kind, ListWindowProxyListener::MessageRedraw);
