@@ -14,6 +14,10 @@ using u64 = std::uint64_t;
 namespace {
 
 constexpr u64 kBlock = 64 * 1024;
+// A line longer than this is shown in pieces of this size, so that a file
+// without line ends (a binary dump, a corrupt log) never makes the model read
+// or hold more than this per row.
+constexpr u64 kMaxLine = 1024 * 1024;
 
 // The line text without its terminator ("\n" or "\r\n").
 std::string StripTerminator(std::string text) {
@@ -70,9 +74,23 @@ std::vector<KfTextFileListModel::Line> KfTextFileListModel::ReadLinesAfter(u64 p
     std::size_t from = 0;
     while (lines.size() < count) {
       std::size_t nl = block.find('\n', from);
-      if (nl == std::string::npos) {
-        pending.append(block, from, std::string::npos);
-        break;
+      const std::size_t room = static_cast<std::size_t>(kMaxLine - pending.size());
+      if (nl == std::string::npos || nl - from >= room) {
+        if (block.size() - from < room) {
+          pending.append(block, from, std::string::npos);
+          break;
+        }
+        // An overlong line: cut a piece of kMaxLine bytes.
+        pending.append(block, from, room);
+        Line piece;
+        piece.offset = lineStart;
+        piece.end = pos + from + room;
+        piece.text = std::move(pending);
+        pending.clear();
+        lines.push_back(std::move(piece));
+        lineStart = pos + from + room;
+        from += room;
+        continue;
       }
       pending.append(block, from, nl + 1 - from);
       Line line;
@@ -101,14 +119,15 @@ u64 KfTextFileListModel::LineStartOf(u64 pos) {
   // Scan backward from pos for the "\n" that ends the previous line.
   std::string block;
   u64 end = pos;
-  while (end > 0) {
-    const u64 start = end > kBlock ? end - kBlock : 0;
+  const u64 limit = pos > kMaxLine ? pos - kMaxLine : 0;
+  while (end > limit) {
+    const u64 start = end - limit > kBlock ? end - kBlock : limit;
     if (!ReadAt(start, end - start, &block)) return 0;
     std::size_t nl = block.rfind('\n');
     if (nl != std::string::npos) return start + nl + 1;
     end = start;
   }
-  return 0;
+  return limit;
 }
 
 std::vector<KfTextFileListModel::Line> KfTextFileListModel::ReadLinesBefore(u64 pos, u64 count) {
@@ -131,7 +150,12 @@ std::vector<KfTextFileListModel::Line> KfTextFileListModel::ReadLinesBefore(u64 
         start = 0;
         break;
       }
-      const u64 newStart = bufferStart > kBlock ? bufferStart - kBlock : 0;
+      if (end - bufferStart >= kMaxLine) {
+        start = end - kMaxLine;  // an overlong line: take its last piece
+        break;
+      }
+      const u64 floor = end > kMaxLine ? end - kMaxLine : 0;
+      const u64 newStart = bufferStart - floor > kBlock ? bufferStart - kBlock : floor;
       if (!ReadAt(newStart, bufferStart - newStart, &block)) return {};
       buffer.insert(0, block);
       bufferStart = newStart;

@@ -129,6 +129,25 @@ TEST(TextFileModel, ReadsAcrossBlocksAndOddFiles) {
   EXPECT_NE(missing.Error().find("file.log"), std::string::npos);
 }
 
+TEST(TextFileModel, FileWithoutLineEndsIsShownInBoundedPieces) {
+  const std::size_t mib = 1024 * 1024;
+  TempFile file(std::string(3 * mib + 5, 'b'));
+  KfTextFileListModel model(file.Path(), 10);
+  ChunkInfo chunk;
+  model.GetChunk(&chunk);
+  EXPECT_EQ(chunk.rows, 4u);
+  EXPECT_EQ(Text(model, 0).size(), mib);
+  EXPECT_EQ(Text(model, 3).size(), 5u);
+  u64 row = 0;
+  model.NavigateTo("END", 1, &row, &chunk);
+  EXPECT_EQ(chunk.rows, 1u);
+  EXPECT_EQ(Text(model, row).size(), mib);
+  EXPECT_LE(model.ChunkBytes(), mib);
+  EXPECT_EQ(model.AddBefore(1, 0, &chunk), 1u);
+  model.NavigateTo(0.5, &row, &chunk);
+  EXPECT_LE(model.ChunkBytes(), chunk.rows * mib) << "never more than one piece per row";
+}
+
 TEST(TextFileModel, WorksThroughTheSlidingProxy) {
   TempFile file(Lines(0, 5000));
   auto model = std::make_shared<KfTextFileListModel>(file.Path(), 60);

@@ -88,8 +88,11 @@ class ORVANE_API KfTableListModel : public KfUniversalListModel {
 // byte); by fraction, the line holding that fraction of the file's bytes. A
 // file that grew is seen at the next AddAfter, NavigateTo or CheckGrowth.
 // Lines end at "\n"; a "\r" before it is dropped; a last line without "\n"
-// counts as a line. Bytes are passed through as they are (the host renders
-// invalid UTF-8 as it sees fit).
+// counts as a line. A line longer than 1 MiB is shown in pieces of 1 MiB
+// (reached from above or below, the pieces may be cut at different places),
+// so a file without line ends never makes the model hold more than that per
+// row. Bytes are passed through as they are (the host renders invalid UTF-8
+// as it sees fit).
 class ORVANE_API KfTextFileListModel : public KfSlidingListModel {
  public:
   explicit KfTextFileListModel(const GePath& path, u64 initialChunk = 200);

@@ -419,6 +419,10 @@ class ORVANE_API FlatModelWrapperProxy : public SlidingProxyBase {
 // the cache and tells the host to redraw. Queued rows that scrolled out of
 // view are dropped at every new request.
 //
+// SetProvider starts the worker and Detach stops it; Attach does not restart
+// it, so a proxy that was detached is given its model again with SetProvider.
+// While no worker runs, missing rows stay pending and nothing is queued.
+//
 // Threads: locks are taken in the order proxy mutex, request mutex, cache
 // mutex. The worker holds the proxy mutex while it fetches one row and tells
 // the host. Detach (and the destructor) wait for the worker to end, so they
