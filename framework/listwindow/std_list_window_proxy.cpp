@@ -107,7 +107,10 @@ void KfStdListWindowProxy::GetRow(u64 row, std::vector<std::string>* cells, std:
   bool blocked = false;
   bool request = false;
   {
-    IdeUtil::ScopedRecursiveLock lock(mutex_);
+    // No proxy lock: the worker holds it for a whole fetch, and the GUI thread
+    // must not wait for that. Everything read here is either written only by
+    // the GUI thread itself (defaultRow_, universalModel_, thread_), atomic,
+    // or guarded by the cache's own lock.
     data = defaultRow_;
     fresh = cache_.GetRow(row, &data);
     blocked = inputBlocked_;

@@ -425,7 +425,10 @@ class ORVANE_API FlatModelWrapperProxy : public SlidingProxyBase {
 //
 // Threads: locks are taken in the order proxy mutex, request mutex, cache
 // mutex. The worker holds the proxy mutex while it fetches one row and tells
-// the host. Detach (and the destructor) wait for the worker to end, so they
+// the host. GetRow takes no proxy lock (only the cache's and the request
+// mutex), so drawing never waits for a fetch; it and every other host-facing
+// operation must be called on the one GUI thread that also calls SetProvider,
+// AcknowledgeUpdate and Detach. Detach (and the destructor) wait for the worker to end, so they
 // must not be called from inside a listener or model callback.
 class ORVANE_API KfStdListWindowProxy : public ListWindowProxy, public GeThread::Start {
  public:
