@@ -1,0 +1,213 @@
+// The proxy over a sliding model: the host sees only the model's current
+// chunk, and the row cache is kept to exactly that chunk.
+#include <algorithm>
+
+#include "orvane/listwindow_proxy.h"
+
+namespace Kf::ListWindow {
+
+using u64 = std::uint64_t;
+using Message = ListWindowProxyListener::Message;
+
+SlidingModelProxy::SlidingModelProxy() = default;
+
+SlidingModelProxy::~SlidingModelProxy() {
+  WithdrawFromModel();
+}
+
+void SlidingModelProxy::SetProvider(std::shared_ptr<KfListModel> model) {
+  WithdrawFromModel(model);
+  IdeUtil::ScopedRecursiveLock lock(mutex_);
+  ListWindowProxy::SetProvider(std::move(model));
+  slidingModel_ = std::dynamic_pointer_cast<KfSlidingListModel>(model_);
+  FetchProperties();
+  UpdateDefaultRow();
+  if (!inputBlocked_) {
+    if (slidingModel_) {
+      ChunkInfo chunk;
+      slidingModel_->GetChunk(&chunk);
+      SetChunk(chunk);
+    }
+    ResetCacheToChunk();
+  }
+  if (model_) model_->SetListener(this);
+}
+
+void SlidingModelProxy::ResetCacheToChunk() {
+  cache_.Clear();
+  cache_.EnsureInCache(0, chunk_.rows);
+}
+
+void SlidingModelProxy::UpdateSelection() {
+  if (!slidingModel_) return;
+  selectedRow_ = slidingModel_->GetSel(&selectionText_);
+}
+
+void SlidingModelProxy::HandleNotification(const Note& note) {
+  IdeUtil::ScopedRecursiveLock lock(mutex_);
+  modelVersion_ = note.version;
+  if (note.what == KfListModelListener::Block) inputBlocked_ = true;
+  if (note.what == KfListModelListener::Unblock) inputBlocked_ = false;
+  Message message;
+  message.kind = ListWindowProxyListener::MessageRedraw;
+  message.serial = ++updateSerial_;
+  message.value = note.value;
+  message.text = note.text;
+  switch (note.what) {
+    case KfListModelListener::Redraw:
+    case KfListModelListener::SelectionChanged:
+    case KfListModelListener::RowChanged:
+      pendingChange_ = std::max<std::int32_t>(pendingChange_, note.what);
+      break;
+    case KfListModelListener::AllRowsChanged:
+      pendingChange_ = std::max(pendingChange_, 3);
+      cache_.Clear();
+      break;
+    case KfListModelListener::PropertiesChanged:
+      pendingChange_ = std::max(pendingChange_, 4);
+      if (!inputBlocked_) message.kind = ListWindowProxyListener::MessageRelayout;
+      break;
+    case KfListModelListener::Block:
+      pendingChange_ = std::max(pendingChange_, 3);
+      break;
+    case KfListModelListener::Unblock:
+      pendingChange_ = std::max(pendingChange_, 3);
+      if (pendingChange_ == 4) message.kind = ListWindowProxyListener::MessageRelayout;
+      break;
+  }
+  Tell(message);
+}
+
+void SlidingModelProxy::AcknowledgeUpdate(u64 serial) {
+  IdeUtil::ScopedRecursiveLock lock(mutex_);
+  acknowledgedSerial_ = serial;
+  if (serial != updateSerial_) return;
+  if (!model_) return;
+  if (modelVersion_ != acknowledgedModelVersion_ && !inputBlocked_) {
+    model_->AcknowledgeUpdate(modelVersion_);
+    acknowledgedModelVersion_ = modelVersion_;
+  }
+  if (pendingChange_ == 4) {
+    FetchProperties();
+    UpdateDefaultRow();
+  }
+  if (slidingModel_) {
+    ChunkInfo chunk;
+    slidingModel_->GetChunk(&chunk);
+    SetChunk(chunk);
+  }
+  cache_.SetDirty();
+  cache_.EnsureInCache(0, chunk_.rows);
+  UpdateSelection();
+  pendingChange_ = 0;
+}
+
+void SlidingModelProxy::GetRow(u64 row, std::vector<std::string>* cells, std::vector<Format>* formats,
+                               TreeInfo* tree, bool* flag) {
+  IdeUtil::ScopedRecursiveLock lock(mutex_);
+  RowData data;
+  if (modelVersion_ != acknowledgedModelVersion_) {
+    data = defaultRow_;
+  } else if (!cache_.GetRow(row, &data) && !inputBlocked_ && model_) {
+    RowData fetched;
+    if (model_->GetRow(row, &fetched.cells, &fetched.formats, &fetched.treeInfo, &fetched.flag) &&
+        VerifyRowData(fetched)) {
+      fetched.values.assign(columns_.size(), 0);
+      cache_.Update(row, fetched);
+      data = std::move(fetched);
+    } else {
+      data = defaultRow_;
+    }
+  }
+  *cells = std::move(data.cells);
+  *formats = std::move(data.formats);
+  *tree = std::move(data.treeInfo);
+  *flag = data.flag;
+}
+
+void SlidingModelProxy::HandleKeyDown(wchar_t key, unsigned int flags, bool shift, bool control) {
+  IdeUtil::ScopedRecursiveLock lock(mutex_);
+  if (!model_ || inputBlocked_) return;
+  model_->HandleKeyDown(key, flags, shift, control);
+  // A key may move the selection inside the model; keep our copy current.
+  UpdateSelection();
+}
+
+u64 SlidingModelProxy::Scroll(ScrollOperation op, u64 top, u64 amount) {
+  IdeUtil::ScopedRecursiveLock lock(mutex_);
+  if (!model_ || inputBlocked_) return top;
+  return model_->Scroll(op, top, amount);
+}
+
+u64 SlidingModelProxy::AddBefore(u64 count, ChunkInfo* out) {
+  IdeUtil::ScopedRecursiveLock lock(mutex_);
+  u64 result = 0;
+  if (!inputBlocked_ && slidingModel_) {
+    const u64 minChunk = minChunk_;
+    const u64 excess = chunk_.rows > minChunk ? chunk_.rows - minChunk : 0;
+    ChunkInfo chunk = chunk_;
+    result = slidingModel_->AddBefore(count, count + excess, &chunk);
+    SetChunk(chunk);
+    ResetCacheToChunk();
+    UpdateSelection();
+  }
+  *out = chunk_;
+  return result;
+}
+
+u64 SlidingModelProxy::AddAfter(u64 count, ChunkInfo* out) {
+  IdeUtil::ScopedRecursiveLock lock(mutex_);
+  u64 result = 0;
+  if (!inputBlocked_ && slidingModel_) {
+    const u64 minChunk = minChunk_;
+    const u64 excess = chunk_.rows > minChunk ? chunk_.rows - minChunk : 0;
+    ChunkInfo chunk = chunk_;
+    result = slidingModel_->AddAfter(count, count + excess, &chunk);
+    SetChunk(chunk);
+    ResetCacheToChunk();
+    UpdateSelection();
+  }
+  *out = chunk_;
+  return result;
+}
+
+void SlidingModelProxy::NavigateTo(const std::string& text, u64* row, ChunkInfo* out) {
+  IdeUtil::ScopedRecursiveLock lock(mutex_);
+  if (inputBlocked_ || !slidingModel_) return;
+  ChunkInfo chunk = chunk_;
+  slidingModel_->NavigateTo(text, minChunk_.load(), row, &chunk);
+  SetChunk(chunk);
+  ResetCacheToChunk();
+  UpdateSelection();
+  *out = chunk_;
+}
+
+void SlidingModelProxy::NavigateTo(double fraction, u64* row, ChunkInfo* out) {
+  IdeUtil::ScopedRecursiveLock lock(mutex_);
+  if (inputBlocked_ || !slidingModel_) return;
+  ChunkInfo chunk = chunk_;
+  slidingModel_->NavigateTo(fraction, row, &chunk);
+  SetChunk(chunk);
+  ResetCacheToChunk();
+  UpdateSelection();
+  *out = chunk_;
+}
+
+u64 SlidingModelProxy::SetSel(u64 row) {
+  IdeUtil::ScopedRecursiveLock lock(mutex_);
+  if (slidingModel_) selectedRow_ = slidingModel_->SelectRow(row, &selectionText_);
+  Message message;
+  message.kind = ListWindowProxyListener::MessageRedraw;
+  message.serial = ++updateSerial_;
+  message.value = row;
+  Tell(message);
+  return selectedRow_;
+}
+
+int SlidingModelProxy::KeyNavigate(KeyNavOperation op, int count, int column, std::string* text) {
+  IdeUtil::ScopedRecursiveLock lock(mutex_);
+  if (inputBlocked_ || !slidingModel_) return -1;
+  return slidingModel_->KeyNavigate(op, count, column, text);
+}
+
+}  // namespace Kf::ListWindow
