@@ -43,6 +43,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "orvane/export.h"
@@ -222,6 +223,18 @@ struct BindingReport {
   bool boundPrimary = false;           // ... in the primary table
   std::string command;                 // the command in force when bound
   std::string reason;                  // why, in one English sentence
+
+  BindingReport() = default;
+  BindingReport(const BindingReport& other) = default;
+  BindingReport(BindingReport&& other) noexcept = default;
+  BindingReport& operator=(const BindingReport& other) {  // a fresh key, as for AccelEntry
+    if (this != &other) {
+      BindingReport copy(other);
+      *this = std::move(copy);
+    }
+    return *this;
+  }
+  BindingReport& operator=(BindingReport&& other) noexcept = default;
 };
 
 // The application's keyboard bindings: primary and secondary tables in force,
@@ -296,6 +309,93 @@ class ORVANE_API AccelManager : public KfIdleChoreImpl {
 
   static AccelManager* msTheAccelManager;
   static bool msLoadResult;  // the result of the first load
+};
+
+// A ready front end that needs no GUI toolkit: key and modifier numbers of its
+// own and a key text that people know. A host may register it as it is.
+//
+//   Kf::Accel::TextFrontEnd frontEnd;             // stores under the node "Accelerators"
+//   Kf::Accel::Register(&frontEnd);
+//   Kf::Accel::KeySequence comment;
+//   std::string error;
+//   if (!Kf::Accel::TextFrontEnd::Parse("Ctrl+K Ctrl+C", comment, error)) Report(error);
+//   Kf::Accel::TextFrontEnd::Format(comment);      // "Ctrl+K Ctrl+C"
+//
+// Key text: strokes separated by blanks (a chord of up to kMaxStrokes keys);
+// in a stroke, modifier words then the key, joined by '+'. Words are
+// case-insensitive on input. Modifiers: Ctrl (or Control), Alt, Shift, Meta
+// (or Win, Cmd, Super); written in the order Ctrl, Alt, Shift, Meta. Keys: a
+// letter (written upper-case), a digit, a printable ASCII punctuation
+// character, F1 to F24, Enter (Return), Esc (Escape), Tab, Backspace, Insert
+// (Ins), Delete (Del), Home, End, PageUp (PgUp), PageDown (PgDn), Left, Up,
+// Right, Down, Pause, Space, Plus (also written "Ctrl++"). Text that does not
+// parse is an error with a message saying what is wrong, never a crash.
+//
+// Numbers: modifiers are the bits of Modifier; a key is its upper-case ASCII
+// code for printable keys (Space is 0x20), or a Key value for named keys; key
+// 0 means "no key" (the placeholder a stream read starts from).
+//
+// Order of sequences: stroke by stroke, each by key number then modifier
+// bits; a chord that begins with a shorter one sorts after it.
+//
+// Stream form: one text item holding the key text. A stored text that does
+// not parse leaves the read sequence as the placeholder (one stroke, no key)
+// and is reported through the library's diagnostics.
+//
+// Threads: the static functions may run on any thread; the front end object
+// holds only its storage key, fixed at construction.
+class ORVANE_API TextFrontEnd : public IAccelFrontEnd {
+ public:
+  enum Modifier : unsigned int { Ctrl = 0x1, Shift = 0x2, Alt = 0x4, Meta = 0x8 };
+  enum Key : unsigned int {
+    NoKey = 0,
+    Space = 0x20,
+    Enter = 0x100,
+    Escape,
+    Tab,
+    Backspace,
+    Insert,
+    Delete,
+    Home,
+    End,
+    PageUp,
+    PageDown,
+    Left,
+    Up,
+    Right,
+    Down,
+    Pause,
+    F1 = 0x201,  // F1 + n - 1 is Fn, up to F24
+  };
+  static constexpr unsigned int kMaxStrokes = 4;
+
+  struct Stroke {
+    unsigned int modifiers = 0;
+    unsigned int key = NoKey;
+  };
+
+  explicit TextFrontEnd(std::string storageKey = "Accelerators");
+
+  AccelKey::IAccelKeyImpl* CreateKey(unsigned int modifiers, unsigned int key) override;
+  KeySequence::IKeySequenceImpl* CreateChord(const AccelKey& first, const AccelKey& second) override;
+  KeySequence::IKeySequenceImpl* CreateKeySequence(const AccelKey& key) override;
+  void GetStorageKey(std::string& out) override;
+
+  // Parses key text into `out`; false with a message in `error` (and `out`
+  // unchanged) when the text is not valid.
+  [[nodiscard]] static bool Parse(const std::string& text, KeySequence& out, std::string& error);
+  [[nodiscard]] static bool ParseStroke(const std::string& text, Stroke& out, std::string& error);
+  // The key text; empty for the empty sequence or one made by another front end.
+  static std::string Format(const KeySequence& sequence);
+  // The text of one stroke; empty when its key is unknown or NoKey.
+  static std::string FormatStroke(const Stroke& stroke);
+  // The strokes of a sequence made by this front end; empty otherwise.
+  static std::vector<Stroke> Strokes(const KeySequence& sequence);
+  // A sequence of these strokes (1 to kMaxStrokes of them), or an empty one.
+  static KeySequence FromStrokes(const std::vector<Stroke>& strokes);
+
+ private:
+  std::string storageKey_;
 };
 
 }  // namespace Kf::Accel
