@@ -40,6 +40,8 @@ class TestManager : public AccelManager {
   using AccelManager::FindKeySequence;
   using AccelManager::SetDefaultIfMissing;
   using AccelManager::WriteToPersistentStorage;
+  using AccelManager::LoadFromPersistentStorage;
+  using AccelManager::primary;
   bool NeedsRebuild() const { return needsRebuild; }
 
   AccelMap Primary() { AccelMap m; GetPrimaryAccels(m); return m; }
