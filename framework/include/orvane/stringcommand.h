@@ -24,7 +24,11 @@
 //   IdeUtil::Mutex. Listeners are called after the lock is released, on the
 //   thread that called SetUpdate. A listener may register or unregister
 //   listeners while being notified; one removed before its turn is not called,
-//   one added during a notification is first called by the next one.
+//   one added during a notification is first called by the next one. A
+//   listener unregistered on another thread while a notification is under way
+//   is called by it once or not at all, so it must stay alive until no
+//   SetUpdate can still be running (unregister it at shutdown or on the
+//   thread that pushes the states).
 // - The information table and its listener list are guarded by one
 //   IdeUtil::RecursiveMutex, and info listeners are called with it held (so
 //   that the names and texts they are told about cannot change under them):
