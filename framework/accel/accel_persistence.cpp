@@ -81,6 +81,10 @@ bool ReadRecord(KfPersistentStorage& storage, const std::string& node, const std
 std::vector<const AccelMap::value_type*> Differences(const AccelMap& bound, const AccelMap& defaults) {
   std::vector<const AccelMap::value_type*> changed;
   for (const auto& element : bound) {
+    if (!element.first) {  // a host table may hold one; it has nothing to write
+      Kf::Detail::ReportError("AccelManager", "binding of \"" + element.second + "\" without a key not saved");
+      continue;
+    }
     auto found = defaults.find(element.first);
     if (found == defaults.end() || found->second != element.second) changed.push_back(&element);
   }
