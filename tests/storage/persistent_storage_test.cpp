@@ -263,6 +263,20 @@ TEST(PersistentStream, WrongTypeOrMissingRecordFails) {
   EXPECT_FALSE(missing.Good());
 }
 
+TEST(PersistentStream, OtherIntegerTypesGoThroughTheWideFormsWithRangeChecks) {
+  ScopedGlobalStorage global;
+  { KfPerOStream(*global, "S", "rec") << 5000000000LL << static_cast<unsigned short>(7) << 70000; }
+  KfPerIStream in(*global, "S", "rec");
+  long long big = 0;
+  unsigned short small = 0;
+  std::int16_t tooSmall = 1;
+  EXPECT_TRUE(in >> big >> small);
+  EXPECT_EQ(big, 5000000000LL);
+  EXPECT_EQ(small, 7);
+  EXPECT_FALSE(in >> tooSmall) << "70000 does not fit 16 bits";
+  EXPECT_EQ(tooSmall, 1);
+}
+
 TEST(PersistentStream, RewritingARecordReplacesItsItems) {
   ScopedGlobalStorage global;
   { KfPerOStream(*global, "S", "rec") << 1u << 2u << 3u; }
