@@ -79,6 +79,8 @@ TEST(PersistentStorage, TextComesBackExactlyIncludingWhitespaceAndLineEnds) {
   ScopedGlobalStorage global;
   const std::string values[] = {" ", "\t x \n", "a\r\nb", "a\rb", "]]> & <", ""};
   for (size_t i = 0; i < std::size(values); ++i) ASSERT_TRUE(global->Store("S", "k" + std::to_string(i), values[i]));
+  EXPECT_FALSE(global->Store("S", "zero", std::string("a\0b", 3))) << "refused, not cut";
+  { KfPerOStream record(*global, "S", "zeroRecord"); record << std::string("a\0b", 3); EXPECT_FALSE(record.Close()); }
   KfPersistentStorage reader("Reader", global.Settings().GlobalFile());
   for (size_t i = 0; i < std::size(values); ++i) {
     std::string back = "unset";

@@ -92,7 +92,8 @@ class ORVANE_API KfPersistentStorageI {
 // return bool are true only when the key exists and its text converts to the
 // requested type; the output is unchanged otherwise (text where a number is
 // expected counts as "not found"). Byte values are stored as lower-case
-// hexadecimal text, two digits per byte.
+// hexadecimal text, two digits per byte. Text holding a zero character cannot
+// be kept in XML: such a store (or record) is refused and returns false.
 //
 // Threads: see the top of this header. A buffered operation counts per
 // storage, not per thread: while one is open, stores from any thread are kept
