@@ -1,5 +1,6 @@
 #include <istream>
 #include <ostream>
+#include <set>
 #include <sstream>
 
 #include <pugixml.hpp>
@@ -93,9 +94,15 @@ PxXmlNode StorageIndex::FindSettingsDirNode(const GePath& settingsDir) {
 }
 
 GePath StorageIndex::GetFreeInstallSettingsDir(GePath& root) {
+  // The names in use, collected once: the same answer as asking
+  // FindSettingsDirNode for every candidate, without walking the index
+  // kMaxIndex times.
+  std::set<std::string> taken;
+  for (PxXmlNode entry = impl_->Root().FirstChild(); !entry.IsEmpty(); entry = entry.NextSibling())
+    taken.insert(entry.GetAttribute(kSettingsDirAttribute));
   for (std::int32_t i = 0; i < kMaxIndex; ++i) {
     GePath candidate = root / (std::string(kEntryName) + std::to_string(i));
-    if (FindSettingsDirNode(candidate).IsEmpty()) return candidate;
+    if (taken.count(candidate.ToString()) == 0) return candidate;
   }
   return GePath();
 }
