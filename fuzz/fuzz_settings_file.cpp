@@ -53,10 +53,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       }
     }
   }
-  if (storage.Store("Fuzz", "Written", std::string(reinterpret_cast<const char*>(data), size > 32 ? 32 : size))) {
+  const std::string value(reinterpret_cast<const char*>(data), size > 32 ? 32 : size);
+  if (storage.Store("Fuzz", "Written", value)) {
     KfPersistentStorage reader("FuzzReader", file);
     std::string back;
-    if (!reader.Load("Fuzz", "Written", back)) __builtin_trap();  // a saved value must load again
+    if (!reader.Load("Fuzz", "Written", back) || back != value) __builtin_trap();  // saved values load again, exactly
+  } else if (value.find('\0') == std::string::npos) {
+    __builtin_trap();  // only text with a zero character may be refused
   }
   return 0;
 }

@@ -184,6 +184,8 @@ pugi::xml_node KfPersistentStorage::Impl::FindOrAddKey(const std::string& sectio
 
 bool KfPersistentStorage::Impl::StoreText(const std::string& section, const std::string& key,
                                           const std::string& text) {
+  // XML text cannot hold a zero character; refuse rather than cut the value.
+  if (text.find('\0') != std::string::npos) return false;
   ScopedProfile profile(g_storeTask);
   IdeUtil::ScopedLock lock(mutex);
   BeginChange();
@@ -206,6 +208,8 @@ bool KfPersistentStorage::Impl::LoadText(const std::string& section, const std::
 
 bool KfPersistentStorage::Impl::WriteRecord(const std::string& section, const std::string& key,
                                             const std::vector<std::string>& items) {
+  for (const std::string& item : items)
+    if (item.find('\0') != std::string::npos) return false;
   ScopedProfile profile(g_storeTask);
   IdeUtil::ScopedLock lock(mutex);
   BeginChange();

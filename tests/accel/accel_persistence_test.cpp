@@ -1,0 +1,204 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "accel_test_support.h"
+#include "orvane/accel.h"
+#include "orvane/events.h"
+#include "orvane/storage.h"
+#include "orvane/stringcommand.h"
+#include "support/scoped_settings.h"
+
+namespace Kf::Accel {
+namespace {
+
+using Testing::Describe;
+using Testing::Keys;
+using Testing::TestManager;
+
+const std::vector<AccelEntry> kPrimaryDefaults = {
+    {Keys("Ctrl+S"), "Persist.Save"}, {Keys("Ctrl+O"), "Persist.Open"}, {Keys("F5"), "Persist.Go"}};
+const std::vector<AccelEntry> kSecondaryDefaults = {{Keys("Shift+Insert"), "Persist.Paste"}};
+
+class AccelPersistenceTest : public ::testing::Test {
+ protected:
+  void InstallDefaults() {
+    AccelPart(AccelPart::Primary, kPrimaryDefaults).Install();
+    AccelPart(AccelPart::Secondary, kSecondaryDefaults).Install();
+  }
+  static void SaveSettings() { EXPECT_TRUE(Kf::Event::Notify(Kf::Event::AppEvent{Kf::Event::AppEvent::kSaveSettings})); }
+
+  Kf::Testing::ScopedGlobalStorage global;
+  Testing::ScopedTextFrontEnd frontEnd{"TestAccels"};
+};
+
+TEST_F(AccelPersistenceTest, UserChangesSurviveANewManager) {
+  Kf::StringCommand::SetCommandInfo({Kf::StringCommand::CommandInfo("Persist.Build", "&Build", "Builds it")});
+  std::string primaryBefore, secondaryBefore;
+  {
+    TestManager manager;
+    InstallDefaults();
+    AccelMap primary = manager.Primary();
+    primary.erase(Keys("F5"));                     // a removed default comes back
+    primary[Keys("Ctrl+S")] = "Persist.SaveAll";   // a rebound default
+    primary[Keys("Ctrl+K Ctrl+B")] = "Persist.Build";
+    manager.SetPrimaryAccels(primary);
+    AccelMap secondary = manager.Secondary();
+    secondary[Keys("Alt+Insert")] = "Persist.Paste";
+    manager.SetSecondaryAccels(secondary);
+    SaveSettings();
+    primaryBefore = Describe(manager.Primary());
+    secondaryBefore = Describe(manager.Secondary());
+  }
+  std::uint32_t count = 0;
+  ASSERT_TRUE(global->Load("TestAccels", "nPrimary", count));
+  EXPECT_EQ(count, 2u);
+  ASSERT_TRUE(global->Load("TestAccels", "nSecondary", count));
+  EXPECT_EQ(count, 1u);
+  KfPerIStream record(*global, "TestAccels", "Prim0");
+  std::string key, command, text, description;
+  EXPECT_TRUE(record >> key >> command >> text >> description);
+  EXPECT_EQ(key + "|" + command + "|" + text + "|" + description, "Ctrl+K Ctrl+B|Persist.Build|&Build|Builds it");
+  KfPerIStream record1(*global, "TestAccels", "Prim1");
+  EXPECT_TRUE(record1 >> key >> command >> text >> description);
+  EXPECT_EQ(key + "|" + command + "|" + text + "|" + description, "Ctrl+S|Persist.SaveAll||");
+
+  TestManager reloaded;
+  InstallDefaults();
+  EXPECT_EQ(Describe(reloaded.Primary()), "Ctrl+K Ctrl+B=Persist.Build, Ctrl+O=Persist.Open, Ctrl+S=Persist.SaveAll, F5=Persist.Go");
+  EXPECT_EQ(primaryBefore, "Ctrl+K Ctrl+B=Persist.Build, Ctrl+O=Persist.Open, Ctrl+S=Persist.SaveAll");
+  EXPECT_EQ(Describe(reloaded.Secondary()), secondaryBefore);
+}
+
+TEST_F(AccelPersistenceTest, BindingsEqualToTheDefaultsStoreNoRecords) {
+  {
+    TestManager manager;
+    InstallDefaults();
+    AccelMap primary = manager.Primary();
+    primary[Keys("F6")] = "Persist.Extra";
+    manager.SetPrimaryAccels(primary);
+    SaveSettings();
+    primary.erase(Keys("F6"));
+    manager.SetPrimaryAccels(primary);
+    SaveSettings();
+  }
+  std::uint32_t count = 99;
+  ASSERT_TRUE(global->Load("TestAccels", "nPrimary", count));
+  EXPECT_EQ(count, 0u);
+  ASSERT_TRUE(global->Load("TestAccels", "nSecondary", count));
+  EXPECT_EQ(count, 0u);
+  KfPerIStream stale(*global, "TestAccels", "Prim0");
+  EXPECT_FALSE(stale.Exists()) << "the record of the earlier, longer list is gone";
+}
+
+TEST_F(AccelPersistenceTest, NothingStoredMeansAFailedLoadThatIsNotRetried) {
+  TestManager manager;
+  EXPECT_FALSE(manager.EnsureLoaded());
+  ASSERT_TRUE(global->Store("TestAccels", "nPrimary", 0u));
+  EXPECT_FALSE(manager.EnsureLoaded()) << "the first result is kept";
+  TestManager fresh;
+  EXPECT_TRUE(fresh.EnsureLoaded());
+}
+
+void WriteRecord(KfPersistentStorage& storage, const std::string& name, std::vector<std::string> items) {
+  KfPerOStream out(storage, "TestAccels", name);
+  for (const std::string& item : items) out << item;
+  EXPECT_TRUE(out.Close());
+}
+
+TEST_F(AccelPersistenceTest, CorruptRecordsLoadWhatCanBeLoaded) {
+  ASSERT_TRUE(global->Store("TestAccels", "nPrimary", 1000000000u));  // far more than present
+  ASSERT_TRUE(global->Store("TestAccels", "nSecondary", 2u));
+  WriteRecord(*global, "Prim0", {"Ctrl+Bogus", "Persist.Bad", "", ""});
+  WriteRecord(*global, "Prim1", {"F11", "Persist.Full", "&Full Screen", "Toggles full screen"});
+  WriteRecord(*global, "Prim3", {"F12"});  // truncated
+  WriteRecord(*global, "Prim7", {"Ctrl+F12", "Persist.Later", "", ""});
+  WriteRecord(*global, "Sec0", {"", "Persist.NoKey", "", ""});
+  WriteRecord(*global, "Sec1", {"Alt+F11", "Persist.Full", "", ""});
+  WriteRecord(*global, "Sec2", {"Alt+F12", "Persist.BeyondCount", "", ""});
+
+  TestManager manager;
+  EXPECT_TRUE(manager.EnsureLoaded());
+  EXPECT_EQ(Describe(manager.Primary()), "F11=Persist.Full, Ctrl+F12=Persist.Later");
+  EXPECT_EQ(Describe(manager.Secondary()), "Alt+F11=Persist.Full");
+}
+
+TEST_F(AccelPersistenceTest, UnknownCommandsKeepTheirStoredTexts) {
+  ASSERT_TRUE(global->Store("TestAccels", "nPrimary", 2u));
+  WriteRecord(*global, "Prim0", {"Ctrl+Alt+U", "Persist.PluginNotLoaded", "&Upload", "Uploads the image"});
+  Kf::StringCommand::SetCommandInfo({Kf::StringCommand::CommandInfo("Persist.Known", "&Known", "Registered text")});
+  WriteRecord(*global, "Prim1", {"Ctrl+Alt+K", "Persist.Known", "&Stale", "Stale text"});
+
+  TestManager manager;
+  ASSERT_TRUE(manager.EnsureLoaded());
+  Kf::StringCommand::CommandInfo info;
+  ASSERT_TRUE(Kf::StringCommand::GetCommandInfo("Persist.PluginNotLoaded", info));
+  EXPECT_EQ(info.text, "&Upload");
+  EXPECT_EQ(info.description, "Uploads the image");
+  EXPECT_EQ(info.origin, Kf::StringCommand::CommandInfo::kFromSettings);
+  EXPECT_FALSE(static_cast<bool>(info.key));
+  ASSERT_TRUE(Kf::StringCommand::GetCommandInfo("Persist.Known", info));
+  EXPECT_EQ(info.text, "&Known") << "registered information is not replaced by stored texts";
+}
+
+std::string ReadFile(const GePath& file) {
+  std::ifstream in(file.Native(), std::ios::binary);
+  std::ostringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+const char kBanner[] =
+    "############################\n"
+    "#                          #\n"
+    "# Key Bindings for Qorvant #\n"
+    "#                          #\n"
+    "############################\n"
+    "\n";
+
+TEST_F(AccelPersistenceTest, ExportWithoutSecondaryBindingsHasTwoColumns) {
+  using Kf::StringCommand::CommandInfo;
+  Kf::StringCommand::SetCommandInfo({CommandInfo("Export2.Build", "&Build Project", ""),
+                                     CommandInfo("Export2.Copy", "&Copy", ""),
+                                     CommandInfo("Export2.Unbound", "A very long name that is not bound", "")});
+  TestManager manager;
+  AccelPart(AccelPart::Primary, {{Keys("F7"), "Export2.Build"}, {Keys("Ctrl+C"), "Export2.Copy"}}).Install();
+  const GePath file = global.Settings().Dir() / "two.txt";
+  manager.ExportAccels(file, false);
+  EXPECT_EQ(ReadFile(file), std::string(kBanner) +
+                                "Command       # Binding\n"
+                                "-------       # -------\n"
+                                "Build Project # F7\n"
+                                "Copy          # Ctrl+C\n");
+}
+
+TEST_F(AccelPersistenceTest, ExportWithSecondaryBindingsHasThreeColumnsAndNoneCells) {
+  using Kf::StringCommand::CommandInfo;
+  Kf::StringCommand::SetCommandInfo({CommandInfo("Export3.Comment", "Comment &Block", ""),
+                                     CommandInfo("Export3.Go", "&Go", ""),
+                                     CommandInfo("Export3.Paste", "&Paste", "")});
+  TestManager manager;
+  AccelPart(AccelPart::Primary, {{Keys("Ctrl+K Ctrl+C"), "Export3.Comment"}, {Keys("F5"), "Export3.Go"}}).Install();
+  AccelPart(AccelPart::Secondary, {{Keys("Ctrl+/"), "Export3.Comment"}, {Keys("Shift+Insert"), "Export3.Paste"}})
+      .Install();
+  AccelMap primary = manager.Primary();
+  primary[Keys("Ctrl+F5")] = "Export3.Go";
+  primary.erase(Keys("F5"));
+  manager.SetPrimaryAccels(primary);
+
+  const GePath inForce = global.Settings().Dir() / "three.txt";
+  manager.ExportAccels(inForce, false);
+  EXPECT_EQ(ReadFile(inForce), std::string(kBanner) +
+                                   "Command       # Primary       # Secondary\n"
+                                   "-------       # -------       # ---------\n"
+                                   "Comment Block # Ctrl+K Ctrl+C # Ctrl+/\n"
+                                   "Go            # Ctrl+F5       # <None>\n"
+                                   "Paste         # <None>        # Shift+Insert\n");
+  const GePath defaults = global.Settings().Dir() / "defaults.txt";
+  manager.ExportAccels(defaults, true);
+  EXPECT_NE(ReadFile(defaults).find("Go            # F5            # <None>\n"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace Kf::Accel
