@@ -1,6 +1,6 @@
 #include "core/event_mgr.h"
 
-#include <boost/container/small_vector.hpp>
+#include <utility>
 
 #include "orvane/hostutil.h"
 
@@ -26,35 +26,92 @@ EventMgr::~EventMgr() { Withdraw(); }
 
 void EventMgr::Register(const std::string& name, BaseHandler* handler) {
   auto holder = std::make_shared<HandlerHolder>(handler);
+  SharedHolderList replaced;  // released after the lock is dropped
   IdeUtil::ScopedLock lock(table_mutex_);
-  table_[name].push_back(std::move(holder));
+  SharedHolderList& current = table_[name];
+  auto next = current ? std::make_shared<HolderList>(*current) : std::make_shared<HolderList>();
+  next->push_back(std::move(holder));
+  replaced = std::exchange(current, std::move(next));
+  generation_.fetch_add(1, std::memory_order_release);
 }
 
 void EventMgr::Unregister(const std::string& name, BaseHandler* handler) {
-  HolderList released;  // destroyed after the lock is dropped
-  {
-    IdeUtil::ScopedLock lock(table_mutex_);
-    HolderList& holders = table_[name];
-    for (auto it = holders.begin(); it != holders.end();) {
-      if ((*it)->Handler() == handler) {
-        released.push_back(std::move(*it));
-        it = holders.erase(it);
-      } else {
-        ++it;
-      }
-    }
+  SharedHolderList replaced;  // the unlinked holders go with it, after the lock
+  IdeUtil::ScopedLock lock(table_mutex_);
+  SharedHolderList& current = table_[name];
+  if (!current) return;
+  auto next = std::make_shared<HolderList>();
+  next->reserve(current->size());
+  for (const std::shared_ptr<HandlerHolder>& holder : *current) {
+    if (holder->Handler() == handler)
+      holder->Unlink();
+    else
+      next->push_back(holder);
+  }
+  if (next->size() != current->size()) {
+    replaced = std::exchange(current, std::move(next));
+    generation_.fetch_add(1, std::memory_order_release);
   }
 }
 
+namespace {
+
+// Per-thread delivery state: the handler list of the name this thread
+// delivered last, with the generation it was read at (which proves it current
+// while no list has changed since), and how many deliveries are in progress
+// on this thread (a handler may deliver other events).
+struct ThreadDeliveryState {
+  std::uint64_t generation = 0;
+  std::string name;
+  std::shared_ptr<const std::vector<std::shared_ptr<EventMgr::HandlerHolder>>> list;
+  int depth = 0;
+};
+// Initial-exec: a direct thread-pointer access instead of a resolver call on
+// every delivery. The state is small enough for the static TLS reserve that
+// the loader keeps even for libraries loaded at run time.
+thread_local ThreadDeliveryState t_delivery __attribute__((tls_model("initial-exec")));
+
+}  // namespace
+
 void EventMgr::Deliver(const std::string& name, const BaseEvent& event) {
-  boost::container::small_vector<std::weak_ptr<HandlerHolder>, 16> snapshot;
-  {
-    IdeUtil::ScopedLock lock(table_mutex_);
-    const HolderList& holders = table_[name];
-    snapshot.assign(holders.begin(), holders.end());
+  ThreadDeliveryState& state = t_delivery;
+  struct DepthGuard {
+    explicit DepthGuard(int& d) : depth(d) { ++depth; }
+    ~DepthGuard() { --depth; }
+    int& depth;
+  } guard(state.depth);
+
+  // Most deliveries repeat the name their thread delivered last; then an
+  // unchanged generation proves the cached list current and the table's lock
+  // and lookup are skipped. Only the outermost delivery of a thread uses and
+  // refreshes the cache, so the list it walks stays alive while its handlers
+  // deliver other events; nested deliveries hold their own copy.
+  const bool outermost = state.depth == 1;
+  SharedHolderList nestedList;
+  const HolderList* holders;
+  if (outermost && state.generation == generation_.load(std::memory_order_acquire) && state.name == name) {
+    holders = state.list.get();
+  } else {
+    SharedHolderList list;
+    std::uint64_t generation;
+    {
+      IdeUtil::ScopedLock lock(table_mutex_);
+      list = table_[name];
+      generation = generation_.load(std::memory_order_relaxed);
+    }
+    if (outermost) {
+      state.generation = generation;
+      state.name = name;
+      state.list = std::move(list);
+      holders = state.list.get();
+    } else {
+      nestedList = std::move(list);
+      holders = nestedList.get();
+    }
   }
-  for (const std::weak_ptr<HandlerHolder>& weak : snapshot) {
-    if (std::shared_ptr<HandlerHolder> holder = weak.lock()) (*holder)(event);
+  if (!holders) return;
+  for (const std::shared_ptr<HandlerHolder>& holder : *holders) {
+    if (!holder->IsUnlinked()) (*holder)(event);
   }
 }
 

@@ -8,6 +8,8 @@
 // two are never held together and neither is held while a handler runs.
 #pragma once
 
+#include <atomic>
+#include <cstdint>
 #include <deque>
 #include <memory>
 #include <string>
@@ -23,18 +25,23 @@ namespace Kf::Event::Implementation {
 
 class EventMgr : public KfIdleChoreImpl {
  public:
-  // Shared by the table and by deliveries in progress (which hold weak
-  // references), so that an unregistered handler is released only after a
-  // delivery that already reached it has finished its call.
+  // Wraps one registered handler. A holder is shared by the handler list it
+  // was registered in and by the snapshots that deliveries in progress hold;
+  // unregistering unlinks it (after which no delivery starts a call through
+  // it) and the last snapshot releases it. A delivery that already started
+  // its call finishes it.
   class HandlerHolder {
    public:
     explicit HandlerHolder(BaseHandler* handler) : handler_(handler) {}
     virtual ~HandlerHolder() = default;
     virtual void operator()(const BaseEvent& event) { (*handler_)(event); }
     BaseHandler* Handler() const { return handler_; }
+    bool IsUnlinked() const { return unlinked_.load(std::memory_order_acquire); }
+    void Unlink() { unlinked_.store(true, std::memory_order_release); }
 
    private:
     BaseHandler* const handler_;
+    std::atomic<bool> unlinked_{false};
   };
 
   static EventMgr& Instance();
@@ -52,10 +59,18 @@ class EventMgr : public KfIdleChoreImpl {
   // Calls the handlers of `name` now, on this thread.
   void Deliver(const std::string& name, const BaseEvent& event);
 
+  // Handler lists are copied on write: a delivery takes the current list by
+  // reference count and walks it with no lock held, while registrations
+  // publish new lists. Registration is rare; delivery is the hot path.
   using HolderList = std::vector<std::shared_ptr<HandlerHolder>>;
+  using SharedHolderList = std::shared_ptr<const HolderList>;
 
   IdeUtil::Mutex table_mutex_;
-  std::unordered_map<std::string, HolderList> table_;  // guarded by table_mutex_
+  std::unordered_map<std::string, SharedHolderList> table_;  // guarded by table_mutex_
+  // Advanced (under table_mutex_) by every change of any handler list, so a
+  // thread's cached list of the name it delivered last is known to be current
+  // without taking the lock.
+  std::atomic<std::uint64_t> generation_{1};
   IdeUtil::Mutex queue_mutex_;
   std::deque<std::pair<std::string, std::unique_ptr<BaseEvent>>> pending_;  // guarded by queue_mutex_
 };

@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <list>
+#include <stdexcept>
 
 #include "core/profile.h"
 #include "orvane/locks.h"
@@ -71,6 +72,7 @@ void KfIdleChoreImpl::Enqueue(const std::string& name) {
   if (flags_->enqueued.exchange(true)) return;
   ChoreRegistry& registry = Registry();
   IdeUtil::ScopedLock lock(registry.listLock);
+  if (registry.entries.size() >= registry.entries.max_size()) throw std::length_error("list too long");
   registry.entries.emplace_back(this, name);
 }
 
@@ -104,20 +106,16 @@ bool KfIdleChoreImpl::IdleTime(long idleCount) { return IdleTime(idleCount, true
 bool KfIdleChoreImpl::IdleTime(long idleCount, bool foreground) {
   Kf::Detail::ScopedProfile profile(IdleTimeTask());
   ChoreRegistry& registry = Registry();
+  ChoreEntry* entry;
   {
     IdeUtil::ScopedLock lock(registry.listLock);
     registry.cursor = registry.entries.begin();
     if (registry.cursor == registry.entries.end()) return false;
+    entry = &*registry.cursor;
   }
 
   bool passResult = false;
-  for (;;) {
-    ChoreEntry* entry;
-    {
-      IdeUtil::ScopedLock lock(registry.listLock);
-      if (registry.cursor == registry.entries.end()) break;
-      entry = &*registry.cursor;
-    }
+  while (entry) {
     if (!entry->removed.load()) {
       IdeUtil::ScopedRecursiveLock run(registry.runLock);
       // Checked again under the run lock: a withdrawal that slipped in between
@@ -132,8 +130,10 @@ bool KfIdleChoreImpl::IdleTime(long idleCount, bool foreground) {
         passResult = passResult || wantsMore;
       }
     }
+    // Advance and fetch the next entry in one critical section.
     IdeUtil::ScopedLock lock(registry.listLock);
     ++registry.cursor;
+    entry = registry.cursor == registry.entries.end() ? nullptr : &*registry.cursor;
   }
 
   if (registry.purgeNeeded.exchange(false)) {

@@ -19,7 +19,9 @@ run(${WORK_DIR}/build/consumer)
 # pkg-config: compile the same program with the flags the .pc file gives.
 find_program(PKG_CONFIG pkg-config REQUIRED)
 find_program(CXX_COMPILER NAMES c++ g++ REQUIRED)
-set(ENV{PKG_CONFIG_PATH} ${prefix}/lib/pkgconfig)
+file(GLOB_RECURSE pc_file ${prefix}/*/orvane.pc)
+get_filename_component(pc_dir "${pc_file}" DIRECTORY)
+set(ENV{PKG_CONFIG_PATH} ${pc_dir})
 execute_process(COMMAND ${PKG_CONFIG} --cflags --libs orvane OUTPUT_VARIABLE flags RESULT_VARIABLE result
                 OUTPUT_STRIP_TRAILING_WHITESPACE)
 if(NOT result EQUAL 0)
@@ -27,5 +29,5 @@ if(NOT result EQUAL 0)
 endif()
 separate_arguments(flags UNIX_COMMAND "${flags}")
 run(${CXX_COMPILER} ${SOURCE_DIR}/tests/consumer/consumer.cpp -o ${WORK_DIR}/consumer_pc ${flags}
-    -Wl,-rpath,${prefix}/lib)
+    -Wl,-rpath,${pc_dir}/..)
 run(${WORK_DIR}/consumer_pc)

@@ -42,6 +42,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <typeinfo>
 #include <utility>
 
 #include "orvane/export.h"
@@ -120,7 +121,12 @@ template <class EventT>
 class Handler : public BaseHandler {
  public:
   void operator()(const BaseEvent& event) final {
-    if (auto* typed = dynamic_cast<const EventT*>(&event)) OnEvent(*typed);
+    // The exact type is the common case and much cheaper to test than a cast
+    // through the hierarchy.
+    if (typeid(event) == typeid(EventT))
+      OnEvent(static_cast<const EventT&>(event));
+    else if (auto* typed = dynamic_cast<const EventT*>(&event))
+      OnEvent(*typed);
   }
   virtual void OnEvent(const EventT& event) = 0;
 };

@@ -20,9 +20,11 @@
 //
 // Threads: IdleTime runs on the UI thread. Chores may be constructed and
 // destroyed on any thread. Destroying a chore while it runs on another thread
-// waits for the run to end; because a base-class destructor runs after the
-// derived members are gone, a derived chore that may be destroyed on another
-// thread calls Withdraw() first in its own destructor. A chore may delete
+// waits for the run to end. Because base classes are built before and
+// destroyed after the derived parts, a chore built off the UI thread uses
+// No_enqueue_tag and calls Enqueue() at the end of its own constructor, and a
+// chore destroyed off the UI thread calls Withdraw() first in its own
+// destructor; otherwise a pass could run it half built or half destroyed. A chore may delete
 // itself from inside DoIdleChore. The registry list is guarded by a mutex
 // that is never held while a chore runs; a recursive run lock is held while a
 // chore runs and while one is withdrawn. Chores may be enqueued from any
