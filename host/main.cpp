@@ -20,8 +20,8 @@
 
 #include "host_app.h"
 #include "orvane/cmdline.h"
-#include "orvane/logtask.h"
 #include "orvane/events.h"
+#include "orvane/logtask.h"
 
 namespace {
 
@@ -48,7 +48,6 @@ int OpenFile(std::ostream& out, const GePath& file) {
 
 int main(int argc, char** argv) {
   Kf::InitOrvaneXDll();
-  KfSetUsingMode(KfUsingMode::kIde);  // this host plays the IDE: its traced events are written
   Kf::CmdLine& cmdLine = Kf::CmdLine::Instance();
   cmdLine.Parse(argc, argv);
   for (const Kf::Console::OptionError& error : cmdLine.GetParseResult().Errors()) {
@@ -59,6 +58,8 @@ int main(int argc, char** argv) {
   }
   if (cmdLine.ShouldStartDebugger()) std::cerr << "orvane-host: -DBG: a real IDE would launch its debugger now\n";
   if (cmdLine.StartAsMulticoreSlave()) std::cerr << "orvane-host: running as a multicore slave\n";
+  // The using mode decides, among others, whether traced events are written.
+  KfSetUsingMode(cmdLine.StartAsMulticoreSlave() ? KfUsingMode::kBuildSlave : KfUsingMode::kIde);
   std::vector<std::string> words = cmdLine.GetParseResult().Positionals();
   OrvaneHost::HostApp app(std::cout);
 
