@@ -45,36 +45,11 @@ void FlatModelWrapperProxy::SetProvider(std::shared_ptr<KfListModel> model) {
 
 void FlatModelWrapperProxy::HandleNotification(const Note& note) {
   IdeUtil::ScopedRecursiveLock lock(mutex_);
-  modelVersion_ = note.version;
-  if (note.what == KfListModelListener::Block) inputBlocked_ = true;
-  if (note.what == KfListModelListener::Unblock) inputBlocked_ = false;
-  Message message;
-  message.kind = ListWindowProxyListener::MessageRedraw;
-  message.serial = ++updateSerial_;
+  bool allRowsChanged;
+  Message message = FoldNotification(note, &allRowsChanged);
   message.value = kAllOnes;
   if (note.value != kAllOnes) message.text = std::to_string(note.value);
-  switch (note.what) {
-    case KfListModelListener::Redraw:
-    case KfListModelListener::SelectionChanged:
-    case KfListModelListener::RowChanged:
-      pendingChange_ = std::max<std::int32_t>(pendingChange_, note.what);
-      break;
-    case KfListModelListener::AllRowsChanged:
-      pendingChange_ = std::max(pendingChange_, 3);
-      rebuild_ = true;
-      break;
-    case KfListModelListener::PropertiesChanged:
-      pendingChange_ = std::max(pendingChange_, 4);
-      if (!inputBlocked_) message.kind = ListWindowProxyListener::MessageRelayout;
-      break;
-    case KfListModelListener::Block:
-      pendingChange_ = std::max(pendingChange_, 3);
-      break;
-    case KfListModelListener::Unblock:
-      pendingChange_ = std::max(pendingChange_, 3);
-      if (pendingChange_ == 4) message.kind = ListWindowProxyListener::MessageRelayout;
-      break;
-  }
+  if (allRowsChanged) rebuild_ = true;
   Tell(message);
 }
 

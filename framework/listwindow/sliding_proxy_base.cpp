@@ -3,6 +3,8 @@
 // dropped (with a neutral answer) while the model is blocked.
 #include "orvane/listwindow_proxy.h"
 
+#include <algorithm>
+
 namespace Kf::ListWindow {
 
 using u64 = std::uint64_t;
@@ -32,6 +34,39 @@ u64 SlidingProxyBase::ModelRow(u64 row) { return row; }
 void SlidingProxyBase::SetChunk(const ChunkInfo& chunk) {
   chunk_ = chunk;
   chunkRows_ = chunk.rows;
+}
+
+ListWindowProxyListener::Message SlidingProxyBase::FoldNotification(const Note& note, bool* allRowsChanged) {
+  *allRowsChanged = false;
+  modelVersion_ = note.version;
+  if (note.what == KfListModelListener::Block) inputBlocked_ = true;
+  if (note.what == KfListModelListener::Unblock) inputBlocked_ = false;
+  ListWindowProxyListener::Message message;
+  message.kind = ListWindowProxyListener::MessageRedraw;
+  message.serial = ++updateSerial_;
+  switch (note.what) {
+    case KfListModelListener::Redraw:
+    case KfListModelListener::SelectionChanged:
+    case KfListModelListener::RowChanged:
+      pendingChange_ = std::max<std::int32_t>(pendingChange_, note.what);
+      break;
+    case KfListModelListener::AllRowsChanged:
+      pendingChange_ = std::max(pendingChange_, 3);
+      *allRowsChanged = true;
+      break;
+    case KfListModelListener::PropertiesChanged:
+      pendingChange_ = std::max(pendingChange_, 4);
+      if (!inputBlocked_) message.kind = ListWindowProxyListener::MessageRelayout;
+      break;
+    case KfListModelListener::Block:
+      pendingChange_ = std::max(pendingChange_, 3);
+      break;
+    case KfListModelListener::Unblock:
+      pendingChange_ = std::max(pendingChange_, 3);
+      if (pendingChange_ == 4) message.kind = ListWindowProxyListener::MessageRelayout;
+      break;
+  }
+  return message;
 }
 
 int SlidingProxyBase::PendingChange() {

@@ -310,6 +310,11 @@ class ORVANE_API SlidingProxyBase : public SlidingListWindowProxy {
   // Re-reads selectedRow_ and selectionText_ from the model. Call with mutex_ held.
   virtual void UpdateSelection() = 0;
   void SetChunk(const ChunkInfo& chunk);
+  // Takes in a model notification: records its version and blocking, folds
+  // it into pendingChange_, advances the update serial and returns the
+  // message for the host (its value and text left for the caller). Sets
+  // `allRowsChanged` when every row must be fetched again. Call with mutex_ held.
+  ListWindowProxyListener::Message FoldNotification(const Note& note, bool* allRowsChanged);
 
   u64 modelVersion_ = 0;               // guarded by mutex_
   u64 acknowledgedModelVersion_ = 0;   // guarded by mutex_
