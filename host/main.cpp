@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host_app.h"
+#include "orvane/logtask.h"
 #include "orvane/events.h"
 
 namespace {
@@ -23,6 +24,7 @@ int PrintHelp(std::ostream& out) {
 
 int main(int argc, char** argv) {
   Kf::InitOrvaneXDll();
+  KfSetUsingMode(KfUsingMode::kIde);  // this host plays the IDE: its traced events are written
   std::vector<std::string> words(argv + 1, argv + argc);
   OrvaneHost::HostApp app(std::cout);
 

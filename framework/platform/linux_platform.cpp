@@ -5,6 +5,8 @@
 #include <locale.h>
 #include <pthread.h>
 #include <pwd.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
 #include <stdlib.h>
 #include <time.h>
 #include <unistd.h>
@@ -209,5 +211,21 @@ void LinuxPlatform::SetCurrentThreadName(const std::string& name) {
 }
 
 std::string LinuxPlatform::GetCurrentThreadName() { return t_threadName; }
+
+bool LinuxPlatform::GetFileIdentity(const GePath& file, FileIdentity& out) {
+  struct stat info;
+  if (::stat(file.Native().c_str(), &info) != 0) return false;
+  out.modifiedNs = static_cast<std::int64_t>(info.st_mtim.tv_sec) * 1000000000 + info.st_mtim.tv_nsec;
+  out.size = static_cast<std::uint64_t>(info.st_size);
+  out.device = static_cast<std::uint64_t>(info.st_dev);
+  out.inode = static_cast<std::uint64_t>(info.st_ino);
+  return true;
+}
+
+std::uint64_t LinuxPlatform::GetCurrentThreadId() {
+  // The kernel id never changes for a thread, so ask once.
+  thread_local const std::uint64_t id = static_cast<std::uint64_t>(::syscall(SYS_gettid));
+  return id;
+}
 
 }  // namespace Kf::Platform

@@ -32,6 +32,8 @@ class LinuxPlatform final : public IPlatform {
   std::uint32_t GetProcessId() override;
   void SetCurrentThreadName(const std::string& name) override;
   std::string GetCurrentThreadName() override;
+  bool GetFileIdentity(const GePath& file, FileIdentity& out) override;
+  std::uint64_t GetCurrentThreadId() override;
 
   void FeedKeyState(Key key, bool down);
   void SetIdleWakeHandler(std::function<void()> handler);

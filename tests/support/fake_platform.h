@@ -33,6 +33,11 @@ class FakePlatform : public Kf::Platform::IPlatform {
   std::uint32_t GetProcessId() override { return processId; }
   void SetCurrentThreadName(const std::string& name) override;
   std::string GetCurrentThreadName() override;
+  // Files are real in tests: these forward to the built-in platform.
+  bool GetFileIdentity(const GePath& file, Kf::Platform::FileIdentity& out) override {
+    return Kf::Platform::Native().GetFileIdentity(file, out);
+  }
+  std::uint64_t GetCurrentThreadId() override { return Kf::Platform::Native().GetCurrentThreadId(); }
 
   void SetKeyDown(Kf::Platform::Key key, bool down);
   // Names given to threads so far, in order.

@@ -63,6 +63,16 @@ enum class KnownFolder : int {
   Documents = 5,    // the user's documents
 };
 
+// What GetFileIdentity reports about a file.
+struct FileIdentity {
+  std::int64_t modifiedNs = 0;   // last modification, nanoseconds since the epoch
+  std::uint64_t size = 0;        // bytes
+  std::uint64_t device = 0;      // the file system that holds the file
+  std::uint64_t inode = 0;       // the file's number within that file system
+
+  friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
+};
+
 class ORVANE_API IPlatform {
  public:
   virtual ~IPlatform();
@@ -96,6 +106,17 @@ class ORVANE_API IPlatform {
   virtual void SetCurrentThreadName(const std::string& name) = 0;
   // The name given with SetCurrentThreadName, or empty.
   virtual std::string GetCurrentThreadName() = 0;
+
+  // Added for the settings storage and the trace file.
+  //
+  // One metadata query of a file: the settings storage compares all four
+  // fields to notice a file that another process replaced, even when the
+  // replacement has the same size and time stamp. False when the file does
+  // not exist or cannot be queried (`out` is then unchanged).
+  virtual bool GetFileIdentity(const GePath& file, FileIdentity& out) = 0;
+  // The calling thread's numeric identifier as the operating system shows it
+  // (the kernel thread id on Linux, the thread id on Windows).
+  virtual std::uint64_t GetCurrentThreadId() = 0;
 };
 
 // The platform the library uses now: the installed one, or the built-in one.

@@ -1,0 +1,141 @@
+#include "storage/settings_file.h"
+
+#include <atomic>
+#include <chrono>
+#include <cstring>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <mutex>
+#include <system_error>
+
+#include <boost/interprocess/sync/file_lock.hpp>
+
+#include "core/diagnostics.h"
+#include "orvane/platform.h"
+
+namespace Kf::Storage::Detail {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string LocalStamp() {
+  static std::mutex mutex;  // std::localtime shares one buffer
+  std::time_t now = std::time(nullptr);
+  char text[32] = {};
+  std::lock_guard<std::mutex> lock(mutex);
+  if (const std::tm* local = std::localtime(&now)) std::strftime(text, sizeof text, "%Y%m%d-%H%M%S", local);
+  return text;
+}
+
+// "<file>.corrupt-<stamp>", with a counter when that name is taken.
+GePath KeepAside(const GePath& file) {
+  std::string base = file.ToString() + ".corrupt-" + LocalStamp();
+  std::string candidate = base;
+  std::error_code ec;
+  for (int i = 1; fs::exists(candidate, ec) && i < 1000; ++i) candidate = base + "-" + std::to_string(i);
+  fs::rename(file.Native(), GePath(candidate).Native(), ec);
+  return ec ? GePath() : GePath(candidate);
+}
+
+std::string DescribeParseError(const pugi::xml_parse_result& result) {
+  return std::string(result.description()) + " at byte " + std::to_string(result.offset);
+}
+
+}  // namespace
+
+bool ParseXmlText(const char* text, size_t size, const char* rootName, pugi::xml_document& doc,
+                  std::string& error) {
+  pugi::xml_document parsed;
+  pugi::xml_parse_result result = parsed.load_buffer(text, size, pugi::parse_default, pugi::encoding_auto);
+  if (!result) {
+    error = "not well-formed XML (" + DescribeParseError(result) + ")";
+    return false;
+  }
+  if (std::strcmp(parsed.document_element().name(), rootName) != 0) {
+    error = std::string("the root element is \"") + parsed.document_element().name() + "\", not \"" + rootName + "\"";
+    return false;
+  }
+  doc.reset(parsed);
+  return true;
+}
+
+ReadResult ReadXmlFile(const GePath& file, const char* rootName, pugi::xml_document& doc) {
+  std::ifstream in(file.Native(), std::ios::binary);
+  if (!in) return ReadResult::kMissing;
+  std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  if (in.bad()) {
+    Kf::Detail::ReportError("settings", "cannot read " + file.ToString());
+    return ReadResult::kMissing;
+  }
+  std::string error;
+  if (ParseXmlText(text.data(), text.size(), rootName, doc, error)) return ReadResult::kLoaded;
+  ReportDamagedFile(file, KeepAside(file), error);
+  return ReadResult::kDamaged;
+}
+
+bool SaveXmlFileAtomically(const pugi::xml_document& doc, const GePath& file) {
+  static std::atomic<unsigned> counter{0};
+  std::error_code ec;
+  GePath parent = file.Parent();
+  if (!parent.IsEmpty()) fs::create_directories(parent.Native(), ec);
+  // Unique per process and per save, so concurrent savers never share a
+  // temporary file.
+  GePath temp(file.ToString() + ".tmp-" + std::to_string(Kf::Platform::Current().GetProcessId()) + "-" +
+              std::to_string(counter.fetch_add(1)));
+  bool written = doc.save_file(temp.Native().c_str(), "  ", pugi::format_default, pugi::encoding_utf8);
+  if (written) {
+    fs::rename(temp.Native(), file.Native(), ec);
+    if (!ec) return true;
+  }
+  fs::remove(temp.Native(), ec);
+  Kf::Detail::ReportError("settings", "cannot save " + file.ToString() + (written ? ": rename failed" : ": write failed"));
+  return false;
+}
+
+void ReportDamagedFile(const GePath& file, const GePath& keptAs, const std::string& reason) {
+  std::string what = "the settings file " + file.ToString() + " is damaged: " + reason + "; ";
+  what += keptAs.IsEmpty() ? "it could not be moved aside and is left as it is"
+                           : "it was kept as " + keptAs.ToString();
+  what += "; starting with empty settings";
+  Kf::Detail::ReportError("settings", what);
+}
+
+struct InterProcessFileLock::Impl {
+  boost::interprocess::file_lock lock;
+};
+
+InterProcessFileLock::InterProcessFileLock(const GePath& file) : lockFile_(file.ToString() + ".lock") {}
+
+InterProcessFileLock::~InterProcessFileLock() { Unlock(); }
+
+bool InterProcessFileLock::Lock() {
+  if (locked_) return true;
+  try {
+    if (!impl_) {
+      std::error_code ec;
+      GePath parent = lockFile_.Parent();
+      if (!parent.IsEmpty()) fs::create_directories(parent.Native(), ec);
+      { std::ofstream create(lockFile_.Native(), std::ios::app); }
+      impl_ = std::make_unique<Impl>(Impl{boost::interprocess::file_lock(lockFile_.Native().c_str())});
+    }
+    impl_->lock.lock();
+    locked_ = true;
+  } catch (const std::exception& e) {
+    impl_.reset();
+    Kf::Detail::ReportError("settings", "cannot lock " + lockFile_.ToString() + ": " + e.what());
+  }
+  return locked_;
+}
+
+void InterProcessFileLock::Unlock() {
+  if (!locked_) return;
+  locked_ = false;
+  try {
+    impl_->lock.unlock();
+  } catch (const std::exception& e) {
+    Kf::Detail::ReportError("settings", "cannot unlock " + lockFile_.ToString() + ": " + e.what());
+  }
+}
+
+}  // namespace Kf::Storage::Detail
