@@ -228,4 +228,14 @@ std::uint64_t LinuxPlatform::GetCurrentThreadId() {
   return id;
 }
 
+bool LinuxPlatform::SetMessagesLocale(const std::string& name) {
+  // gettext consults LANGUAGE before the locale for anything but "C"; the
+  // session's language is decided by the library, not by that variable.
+  UnsetEnv("LANGUAGE");
+  for (const std::string& candidate : {name, name + ".UTF-8", name + ".utf8"}) {
+    if (::setlocale(LC_MESSAGES, candidate.c_str())) return true;
+  }
+  return false;
+}
+
 }  // namespace Kf::Platform

@@ -34,6 +34,7 @@ class LinuxPlatform final : public IPlatform {
   std::string GetCurrentThreadName() override;
   bool GetFileIdentity(const GePath& file, FileIdentity& out) override;
   std::uint64_t GetCurrentThreadId() override;
+  bool SetMessagesLocale(const std::string& name) override;
 
   void FeedKeyState(Key key, bool down);
   void SetIdleWakeHandler(std::function<void()> handler);

@@ -76,6 +76,11 @@ void FakePlatform::SetCurrentThreadName(const std::string& name) {
 
 std::string FakePlatform::GetCurrentThreadName() { return t_name; }
 
+bool FakePlatform::SetMessagesLocale(const std::string& name) {
+  messagesLocale = name;
+  return true;
+}
+
 std::vector<std::string> FakePlatform::ThreadNames() {
   std::lock_guard<std::mutex> lock(mutex_);
   return threadNames_;

@@ -38,6 +38,8 @@ class FakePlatform : public Kf::Platform::IPlatform {
     return Kf::Platform::Native().GetFileIdentity(file, out);
   }
   std::uint64_t GetCurrentThreadId() override { return Kf::Platform::Native().GetCurrentThreadId(); }
+  // Records the name in messagesLocale; the real locale is not touched.
+  bool SetMessagesLocale(const std::string& name) override;
 
   void SetKeyDown(Kf::Platform::Key key, bool down);
   // Names given to threads so far, in order.
@@ -54,6 +56,7 @@ class FakePlatform : public Kf::Platform::IPlatform {
   std::map<Kf::Platform::KnownFolder, GePath> folders;
   std::uint32_t processId = 4242;
   std::atomic<int> wakeCount{0};
+  std::string messagesLocale;  // the last SetMessagesLocale name
 
  private:
   std::mutex mutex_;

@@ -29,6 +29,9 @@
 //     pipe), and does nothing when none is installed.
 //   - Known folders follow the XDG base-directory conventions.
 //   - The common-binaries directory is the directory of the library file.
+//   - SetMessagesLocale(name) sets the C library's LC_MESSAGES category to the
+//     first of name, name.UTF-8 and name.utf8 that exists, and removes the
+//     LANGUAGE variable, which would otherwise override the choice.
 //
 // Threads: every operation may be called from any thread. SetPlatform is
 // meant for start-up and tests; the installed object must outlive its use.
@@ -117,6 +120,13 @@ class ORVANE_API IPlatform {
   // The calling thread's numeric identifier as the operating system shows it
   // (the kernel thread id on Linux, the thread id on Windows).
   virtual std::uint64_t GetCurrentThreadId() = 0;
+
+  // Added for language selection.
+  //
+  // Makes the message catalogues (gettext) of this process speak the locale
+  // `name` ("ja_JP"; "C" for the untranslated texts). False when the system
+  // has no such locale. For start-up, on the UI thread.
+  virtual bool SetMessagesLocale(const std::string& name) = 0;
 };
 
 // The platform the library uses now: the installed one, or the built-in one.
