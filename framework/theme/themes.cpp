@@ -155,10 +155,11 @@ bool Themes::Load() {
   if (addConverted) {
     std::shared_ptr<Theme> converted = ThemeFactory::LoadOldCompatibleTheme(impl_->hostColors, impl_->converter);
     if (converted) {
+      const bool chosen = current < merged.size();
       if (NameTaken(merged, converted->GetName())) converted->SetName(CopyName(merged, converted->GetName()));
       merged.push_back(converted);
       // Someone upgrading keeps the look they had, unless a theme was chosen.
-      if (current == merged.size() - 1) current = merged.size() - 1;
+      if (!chosen) current = merged.size() - 1;
     }
   }
   if (current >= merged.size()) current = 0;
