@@ -1,8 +1,8 @@
 // The standard themes. Each constructor sets its display-element colours and
 // its syntax colouring; everything else keeps the values of the Theme base.
 //
-// Classic and Color Accessibility keep the colours of earlier versions as
-// they were. The other themes are built from one palette each, every syntax
+// Classic keeps the colours of earlier versions and Color Accessibility its
+// palette for colour-vision deficiencies, both exactly. The other themes are built from one palette each, every syntax
 // colour having a contrast ratio of at least 4.5:1 against its editor
 // background (7:1 in High contrast), so text stays readable.
 #include <initializer_list>
