@@ -8,7 +8,6 @@
 #include <atomic>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <system_error>
 
 #include <pugixml.hpp>
@@ -172,10 +171,18 @@ std::shared_ptr<Theme> LoadThemeFile(const GePath& file, const IHostColorInfo& h
   }
   std::string content;
   {
+    // Read at most one byte past the limit: the file may have grown since
+    // its size was asked.
     std::ifstream in(native, std::ios::binary);
-    content.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-    if (!in.good() && !in.eof()) {
+    content.resize(static_cast<std::size_t>(Theme::kMaxFileBytes) + 1);
+    in.read(content.data(), static_cast<std::streamsize>(content.size()));
+    if (in.bad() || !in.is_open()) {
       SetError(error, where + "the file cannot be read");
+      return nullptr;
+    }
+    content.resize(static_cast<std::size_t>(in.gcount()));
+    if (content.size() > Theme::kMaxFileBytes) {
+      SetError(error, where + "the file is larger than " + std::to_string(Theme::kMaxFileBytes) + " bytes");
       return nullptr;
     }
   }

@@ -270,5 +270,38 @@ TEST_F(ThemeFileTest, AValidFileFromElsewhereLoads) {
   EXPECT_EQ(theme->GetName().rfind("Shared ", 0), 0u);
 }
 
+
+// Damaged copies of a valid file (cut short, bytes changed) never crash the
+// loader: each is either refused with an error or read as a whole theme.
+TEST_F(ThemeFileTest, DamagedFilesAreRefusedOrReadWhole) {
+  const std::string valid = ValidText();
+  const GePath file = global_.Settings().Dir() / "damaged.theme.xml";
+  std::uint32_t seed = 12345;
+  auto next = [&seed] { return seed = seed * 1103515245u + 12345u; };
+  int refused = 0;
+  for (int round = 0; round < 120; ++round) {
+    std::string text = valid;
+    if (round % 2 == 0) {
+      text.resize(next() % text.size());
+    } else {
+      for (int flips = 0; flips < 3; ++flips) text[next() % text.size()] = static_cast<char>(next() % 256);
+    }
+    {
+      std::ofstream out(file.Native(), std::ios::binary | std::ios::trunc);
+      out << text;
+    }
+    std::string error;
+    std::shared_ptr<Theme> theme = Theme::Load(file, colors_, &error);
+    if (theme) {
+      EXPECT_FALSE(theme->GetName().empty());
+      EXPECT_EQ(theme->GetEditorFontInfoCRef().FontCount(), 22);
+    } else {
+      EXPECT_FALSE(error.empty());
+      ++refused;
+    }
+  }
+  EXPECT_GT(refused, 60);  // every truncation that cuts the document is refused
+}
+
 }  // namespace
 }  // namespace Kf::Testing
