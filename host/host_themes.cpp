@@ -129,7 +129,7 @@ void WriteThemePreviewSvg(const Kf::Theme& theme, std::ostream& out) {
       << "<rect x=\"8\" y=\"" << textTop << "\" width=\"" << width - 16 << "\" height=\"" << editorHeight
       << "\" fill=\"" << HexColor(background) << "\" stroke=\"#888888\"/>\n"
       << "<g font-family=\"" << Escape(base.face) << ", monospace\" font-size=\"" << fontPx
-      << "\" xml:space=\"preserve\">\n";
+      << "\">\n";
   double y = textTop + 12 + fontPx;
   for (const Line& line : Sample()) {
     out << "<text x=\"20\" y=\"" << y << "\">";
@@ -143,7 +143,11 @@ void WriteThemePreviewSvg(const Kf::Theme& theme, std::ostream& out) {
         if (style == Kf::XFont::Bold) out << " font-weight=\"bold\"";
         if (style == Kf::XFont::Italic) out << " font-style=\"italic\"";
       }
-      out << '>' << Escape(text) << "</tspan>";
+      // No-break spaces: renderers collapse runs of plain spaces in SVG text.
+      std::string code = Escape(text);
+      for (std::size_t at = code.find(' '); at != std::string::npos; at = code.find(' ', at + 6))
+        code.replace(at, 1, "&#160;");
+      out << '>' << code << "</tspan>";
     }
     out << "</text>\n";
     y += lineHeight;

@@ -14,6 +14,7 @@ packages=(
   libgtest-dev libgmock-dev googletest
   libbenchmark-dev
   python3
+  chromium
 )
 
 missing=()

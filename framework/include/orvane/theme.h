@@ -99,7 +99,7 @@ struct ORVANE_API XFont {
   Style style = Regular;
 
   XFont() = default;
-  explicit XFont(const std::string& face);
+  XFont(const std::string& face);  // NOLINT: implicit, as in the older interface
   XFont(const std::string& face, int size, Style style);
   XFont(const std::string& face, std::uint64_t size, Style style);
 
