@@ -45,6 +45,11 @@ namespace Kf {
 // colour (first callback) and the default background colour (second). Themes
 // use them for colours marked "automatic". An empty callback answers the zero
 // (no) colour.
+//
+//   Kf::IHostColorInfo colors([] { return DesktopTextColor(); }, [] { return DesktopWindowColor(); });
+//
+// Threads: a value. The callbacks run on the thread that asks (themes ask on
+// the UI thread), with no library lock held.
 class ORVANE_API IHostColorInfo {
  public:
   IHostColorInfo(std::function<XColor()> defaultTextColor, std::function<XColor()> defaultBackgroundColor);
@@ -58,6 +63,8 @@ class ORVANE_API IHostColorInfo {
 
 // Turns the height of a Windows LOGFONT into a point size; the host knows the
 // screen's resolution. Used only to convert settings of earlier versions.
+//
+// Threads: a value; the callback runs on the caller's thread, no lock held.
 class ORVANE_API IHostLogfontSizeConverter {
  public:
   explicit IHostLogfontSizeConverter(std::function<std::uint64_t(int)> heightToPoints);
@@ -287,6 +294,7 @@ class ORVANE_API Theme {
 };
 
 // The standard themes. Each only sets its values in its constructor.
+// Threads: as Theme.
 #define ORVANE_STANDARD_THEME(ClassName)                                         \
   class ORVANE_API ClassName : public Theme {                                    \
    public:                                                                       \
@@ -316,6 +324,10 @@ ORVANE_STANDARD_THEME(ColorVisionDeficiencyTheme);
 
 // A user theme: the display-element colours of the standard class `Base`,
 // type "User", base type that of `Base`.
+//
+//   auto mine = std::make_shared<Kf::UserTheme<Kf::SolarizedTheme>>(hostColors);
+//
+// Threads: as Theme.
 template <class Base>
 class UserTheme : public Base {
  public:
@@ -327,6 +339,8 @@ class UserTheme : public Base {
   std::shared_ptr<Theme> Clone() const override { return std::make_shared<UserTheme>(*this); }
 };
 
+// Makes themes. Threads: any thread; the functions share no state (the old
+// settings are read from the "Global" storage under its own lock).
 class ORVANE_API ThemeFactory {
  public:
   // One of each standard theme, in the order of the type numbers.
@@ -347,6 +361,12 @@ class ORVANE_API ThemeFactory {
 
 // The event sent as "KF_THEME_CHANGED_EVENT" after every change of the theme
 // collection; it names the current theme.
+//
+//   Kf::Event::FunctionHandler<Kf::ThemeChangedEvent> repaint([](const Kf::ThemeChangedEvent& e) { ... });
+//   Kf::Event::RegisterEvent(Kf::kThemeChangedEventName, &repaint);
+//
+// Threads: delivered on the UI thread (queued to its next idle pass when the
+// change happened on another thread); a handler may read the collection.
 struct ThemeChanged : Event::BaseEvent {
   std::string currentThemeName;
 };
@@ -434,7 +454,7 @@ class ORVANE_API Themes {
   std::unique_ptr<Impl> impl_;
 };
 
-// The older way to reach the collection.
+// The older way to reach the collection. Threads: as Themes::Instance.
 class ORVANE_API ThemesSingleton {
  public:
   static Themes* Instance();
