@@ -116,15 +116,12 @@ int RunThemes(HostApp& app, const std::vector<std::string>& args) {
   }
   if (verb == "import" && args.size() == 2) {
     std::string error;
-    auto theme = Kf::Theme::Load(GePath(args[1]), themes->GetHostColorInfo(), &error);
-    if (!theme) {
+    const std::string name = themes->Import(GePath(args[1]), &error);
+    if (name.empty()) {
       std::cerr << "orvane-host: refused: " << error << '\n';
       return 1;
     }
-    // An imported theme is the user's own, even when it was a standard one.
-    if (theme->GetIsStandard()) theme = Kf::ThemeFactory::CloneIntoUserTheme(*theme);
-    const std::string name = themes->Add(theme);
-    if (name.empty() || !SaveOrComplain(*themes)) return 1;
+    if (!SaveOrComplain(*themes)) return 1;
     out << "imported \"" << name << "\"\n";
     return 0;
   }

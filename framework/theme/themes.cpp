@@ -284,6 +284,14 @@ std::string Themes::Add(std::shared_ptr<Theme> theme) {
   return name;
 }
 
+std::string Themes::Import(const GePath& file, std::string* error) {
+  std::shared_ptr<Theme> theme = Theme::Load(file, impl_->hostColors, error);
+  if (!theme) return std::string();
+  // An imported theme is the user's own, even when it was a standard one.
+  if (theme->GetIsStandard()) theme = ThemeFactory::CloneIntoUserTheme(*theme);
+  return Add(theme);
+}
+
 std::shared_ptr<Theme> Themes::AddCopy(const std::string& name) {
   std::shared_ptr<Theme> original = Find(name);
   if (!original) return nullptr;

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <set>
 
 #include "orvane/storage.h"
@@ -175,6 +176,30 @@ TEST_F(ThemesTest, OlderSettingsBecomeTheUserSettingsThemeOnce) {
   Themes& again = Restart();
   EXPECT_EQ(again.GetThemes().size(), 8u);
   EXPECT_EQ(again.GetCurrent()->GetName(), "User settings theme");
+}
+
+TEST_F(ThemesTest, ImportAddsAUserThemeAndARefusedFileChangesNothing) {
+  Themes& themes = Restart();
+  const GePath good = global_.Settings().Dir() / "good.theme.xml";
+  ASSERT_TRUE(themes.Find("Dark mode")->Save(good));
+  events_.clear();
+  std::string error;
+  EXPECT_EQ(themes.Import(good, &error), "Dark mode - Copy 1");
+  std::shared_ptr<Theme> imported = themes.Find("Dark mode - Copy 1");
+  ASSERT_NE(imported, nullptr);
+  EXPECT_EQ(imported->GetType(), ThemeUser);
+  EXPECT_EQ(imported->GetBaseType(), ThemeDarkMode);
+
+  const GePath bad = global_.Settings().Dir() / "bad.theme.xml";
+  {
+    std::ofstream out(bad.Native());
+    out << "<settings><Theme><Name>x</Name></Theme></settings>";
+  }
+  const auto before = themes.GetThemes();
+  EXPECT_EQ(themes.Import(bad, &error), "");
+  EXPECT_NE(error.find("bad.theme.xml"), std::string::npos);
+  EXPECT_EQ(themes.GetThemes(), before);
+  EXPECT_EQ(events_.size(), 1u);  // the good import only
 }
 
 TEST_F(ThemesTest, NoOlderSettingsNoConvertedTheme) {

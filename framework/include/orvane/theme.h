@@ -427,6 +427,10 @@ class ORVANE_API Themes {
   // Adds a user theme (renamed with FindValidCopyName when its name is
   // taken); returns the name it got, or "" when refused (null or standard).
   std::string Add(std::shared_ptr<Theme> theme);
+  // Adds the theme of a ".theme.xml" file as a user theme (a standard one
+  // becomes a user theme on its base) and returns the name it got. A file
+  // that Theme::Load refuses changes nothing: "" and `error` says why.
+  std::string Import(const GePath& file, std::string* error = nullptr);
   // Copies the named theme into a new user theme "<name> - Copy <n>".
   std::shared_ptr<Theme> AddCopy(const std::string& name);
   // Removes a user theme; standard themes stay. The current theme falls back
