@@ -323,7 +323,8 @@ std::string Themes::FindValidCopyName(const std::string& name) const {
 
 bool Themes::UseBrightIcons(DisplayElement element) const {
   std::shared_ptr<Theme> current = GetCurrent();
-  XColor color = current->GetXColor(element);
+  XColor color;
+  if (element >= 0 && element < kDisplayElementCount) color = current->GetXColor(element);
   if (!color.IsValid()) color = impl_->hostColors.DefaultBackgroundColor();
   if (!color.IsValid()) return false;
   // Bright icons where white stands out more than black does.

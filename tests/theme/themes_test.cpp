@@ -154,6 +154,7 @@ TEST_F(ThemesTest, BrightIconsOnDarkColours) {
   ASSERT_TRUE(themes.SetCurrent("Dark Solarized"));
   EXPECT_TRUE(themes.UseBrightIcons(Element(1)));
   EXPECT_FALSE(themes.UseBrightIcons(Element(0)));
+  EXPECT_FALSE(themes.UseBrightIcons(Element(84)));  // no such element: the host's background
 }
 
 TEST_F(ThemesTest, OlderSettingsBecomeTheUserSettingsThemeOnce) {
