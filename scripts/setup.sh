@@ -13,6 +13,8 @@ packages=(
   gettext locales
   libgtest-dev libgmock-dev googletest
   libbenchmark-dev
+  libspdlog-dev
+  clang libclang-rt-14-dev
   python3
   chromium
 )

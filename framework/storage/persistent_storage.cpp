@@ -81,6 +81,33 @@ int HexValue(char c) {
   return -1;
 }
 
+bool NeedsPrefix(const std::string& name) {
+  bool startsWithXml = name.size() >= 3 && (name[0] == 'x' || name[0] == 'X') && (name[1] == 'm' || name[1] == 'M') &&
+                       (name[2] == 'l' || name[2] == 'L');
+  return name.empty() || !(IsAsciiLetter(name[0]) || name[0] == '_') || startsWithXml;
+}
+
+bool IsNameCharacter(char c) { return IsAsciiLetter(c) || IsAsciiDigit(c) || c == '-' || c == '.' || c == '_'; }
+
+// The element name of `name` without a copy when the name is already one
+// (the common case); otherwise the mapped name is built in `scratch`.
+const char* ElementName(const std::string& name, std::string& scratch) {
+  if (!NeedsPrefix(name)) {
+    bool clean = true;
+    for (char c : name) clean = clean && IsNameCharacter(c);
+    if (clean) return name.c_str();
+  }
+  scratch = KfPersistentStorage::ToElementName(name);
+  return scratch.c_str();
+}
+
+// Sets a key element's text, dropping any record items it held before.
+void SetKeyText(pugi::xml_node keyNode, const char* text) {
+  pugi::xml_node first = keyNode.first_child();
+  if (first && (first.type() != pugi::node_pcdata || first.next_sibling())) keyNode.remove_children();
+  keyNode.text().set(text);
+}
+
 }  // namespace
 
 bool KfStorageFileWatcher::HasChanged(Kf::Platform::FileIdentity& now) const {
@@ -138,29 +165,31 @@ bool KfPersistentStorage::Impl::Save() {
 }
 
 pugi::xml_node KfPersistentStorage::Impl::FindKey(const std::string& section, const std::string& key) {
-  pugi::xml_node sectionNode = doc.document_element().child(ToElementName(section).c_str());
-  return sectionNode.child(ToElementName(key).c_str());
+  std::string sectionScratch, keyScratch;
+  pugi::xml_node sectionNode = doc.document_element().child(ElementName(section, sectionScratch));
+  return sectionNode.child(ElementName(key, keyScratch));
 }
 
 pugi::xml_node KfPersistentStorage::Impl::FindOrAddKey(const std::string& section, const std::string& key) {
-  std::string sectionName = ToElementName(section);
-  std::string keyName = ToElementName(key);
+  std::string sectionScratch, keyScratch;
+  const char* sectionName = ElementName(section, sectionScratch);
+  const char* keyName = ElementName(key, keyScratch);
   pugi::xml_node root = Root();
-  pugi::xml_node sectionNode = root.child(sectionName.c_str());
-  if (!sectionNode) sectionNode = root.append_child(sectionName.c_str());
-  pugi::xml_node keyNode = sectionNode.child(keyName.c_str());
-  if (!keyNode) keyNode = sectionNode.append_child(keyName.c_str());
+  pugi::xml_node sectionNode = root.child(sectionName);
+  if (!sectionNode) sectionNode = root.append_child(sectionName);
+  pugi::xml_node keyNode = sectionNode.child(keyName);
+  if (!keyNode) keyNode = sectionNode.append_child(keyName);
   return keyNode;
 }
 
 bool KfPersistentStorage::Impl::StoreText(const std::string& section, const std::string& key,
                                           const std::string& text) {
+  // XML text cannot hold a zero character; refuse rather than cut the value.
+  if (text.find('\0') != std::string::npos) return false;
   ScopedProfile profile(g_storeTask);
   IdeUtil::ScopedLock lock(mutex);
   BeginChange();
-  pugi::xml_node keyNode = FindOrAddKey(section, key);
-  keyNode.remove_children();
-  keyNode.text().set(text.c_str());
+  SetKeyText(FindOrAddKey(section, key), text.c_str());
   return EndChange();
 }
 
@@ -179,6 +208,8 @@ bool KfPersistentStorage::Impl::LoadText(const std::string& section, const std::
 
 bool KfPersistentStorage::Impl::WriteRecord(const std::string& section, const std::string& key,
                                             const std::vector<std::string>& items) {
+  for (const std::string& item : items)
+    if (item.find('\0') != std::string::npos) return false;
   ScopedProfile profile(g_storeTask);
   IdeUtil::ScopedLock lock(mutex);
   BeginChange();
@@ -358,13 +389,8 @@ KfPersistentStorage* KfPersistentStorage::GetStorage(const std::string& name) {
 std::string KfPersistentStorage::ToElementName(const std::string& name) {
   std::string result;
   result.reserve(name.size() + 1);
-  bool startsWithXml = name.size() >= 3 && (name[0] == 'x' || name[0] == 'X') && (name[1] == 'm' || name[1] == 'M') &&
-                       (name[2] == 'l' || name[2] == 'L');
-  if (name.empty() || !(IsAsciiLetter(name[0]) || name[0] == '_') || startsWithXml) result.push_back('A');
-  for (char c : name) {
-    bool keep = IsAsciiLetter(c) || IsAsciiDigit(c) || c == '-' || c == '.' || c == '_';
-    result.push_back(keep ? c : '_');
-  }
+  if (NeedsPrefix(name)) result.push_back('A');
+  for (char c : name) result.push_back(IsNameCharacter(c) ? c : '_');
   return result;
 }
 

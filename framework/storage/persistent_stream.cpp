@@ -124,6 +124,8 @@ KfPerIStream& KfPerIStream::operator>>(std::uint64_t& value) {
   return *this;
 }
 
+void KfPerIStream::Fail() { impl_->good = false; }
+
 bool KfPerIStream::Exists() const { return impl_->exists; }
 bool KfPerIStream::Good() const { return impl_->good; }
 bool KfPerIStream::AtEnd() const { return impl_->next >= impl_->items.size(); }

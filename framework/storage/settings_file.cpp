@@ -47,7 +47,10 @@ std::string DescribeParseError(const pugi::xml_parse_result& result) {
 bool ParseXmlText(const char* text, size_t size, const char* rootName, pugi::xml_document& doc,
                   std::string& error) {
   pugi::xml_document parsed;
-  pugi::xml_parse_result result = parsed.load_buffer(text, size, pugi::parse_default, pugi::encoding_auto);
+  // Values must come back exactly as stored: keep a whitespace-only value
+  // (the only child of its key) and do not turn "\r\n" into "\n".
+  const unsigned options = (pugi::parse_default | pugi::parse_ws_pcdata_single) & ~pugi::parse_eol;
+  pugi::xml_parse_result result = parsed.load_buffer(text, size, options, pugi::encoding_auto);
   if (!result) {
     error = "not well-formed XML (" + DescribeParseError(result) + ")";
     return false;

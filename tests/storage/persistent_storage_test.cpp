@@ -75,6 +75,20 @@ TEST(PersistentStorage, ValuesRoundTripThroughTheFile) {
   EXPECT_NE(file.find("<u32>4000000000</u32>"), std::string::npos);
 }
 
+TEST(PersistentStorage, TextComesBackExactlyIncludingWhitespaceAndLineEnds) {
+  ScopedGlobalStorage global;
+  const std::string values[] = {" ", "\t x \n", "a\r\nb", "a\rb", "]]> & <", ""};
+  for (size_t i = 0; i < std::size(values); ++i) ASSERT_TRUE(global->Store("S", "k" + std::to_string(i), values[i]));
+  EXPECT_FALSE(global->Store("S", "zero", std::string("a\0b", 3))) << "refused, not cut";
+  { KfPerOStream record(*global, "S", "zeroRecord"); record << std::string("a\0b", 3); EXPECT_FALSE(record.Close()); }
+  KfPersistentStorage reader("Reader", global.Settings().GlobalFile());
+  for (size_t i = 0; i < std::size(values); ++i) {
+    std::string back = "unset";
+    EXPECT_TRUE(reader.Load("S", "k" + std::to_string(i), back));
+    EXPECT_EQ(back, values[i]) << i;
+  }
+}
+
 TEST(PersistentStorage, MissingOrUnconvertibleValuesAreNotFoundAndLeaveOutputs) {
   ScopedGlobalStorage global;
   ASSERT_TRUE(global->Store("S", "word", std::string("twelve")));
@@ -249,6 +263,20 @@ TEST(PersistentStream, WrongTypeOrMissingRecordFails) {
   KfPerIStream missing(*global, "S", "nothing");
   EXPECT_FALSE(missing.Exists());
   EXPECT_FALSE(missing.Good());
+}
+
+TEST(PersistentStream, OtherIntegerTypesGoThroughTheWideFormsWithRangeChecks) {
+  ScopedGlobalStorage global;
+  { KfPerOStream(*global, "S", "rec") << 5000000000LL << static_cast<unsigned short>(7) << 70000; }
+  KfPerIStream in(*global, "S", "rec");
+  long long big = 0;
+  unsigned short small = 0;
+  std::int16_t tooSmall = 1;
+  EXPECT_TRUE(in >> big >> small);
+  EXPECT_EQ(big, 5000000000LL);
+  EXPECT_EQ(small, 7);
+  EXPECT_FALSE(in >> tooSmall) << "70000 does not fit 16 bits";
+  EXPECT_EQ(tooSmall, 1);
 }
 
 TEST(PersistentStream, RewritingARecordReplacesItsItems) {

@@ -17,12 +17,15 @@
 #include <mutex>
 
 namespace IdeUtil {
+namespace Detail {
 
-class Mutex {
+// The shared shape of both mutex types and of their scoped guards.
+template <class StdMutex>
+class BasicMutex {
  public:
-  Mutex() = default;
-  Mutex(const Mutex&) = delete;
-  Mutex& operator=(const Mutex&) = delete;
+  BasicMutex() = default;
+  BasicMutex(const BasicMutex&) = delete;
+  BasicMutex& operator=(const BasicMutex&) = delete;
 
   void Lock() { mutex_.lock(); }
   void Unlock() { mutex_.unlock(); }
@@ -34,37 +37,36 @@ class Mutex {
   [[nodiscard]] bool try_lock() { return mutex_.try_lock(); }
 
  private:
-  std::mutex mutex_;
+  StdMutex mutex_;
 };
 
-class RecursiveMutex {
+template <class MutexT>
+class [[nodiscard]] BasicScopedLock {
  public:
-  RecursiveMutex() = default;
-  RecursiveMutex(const RecursiveMutex&) = delete;
-  RecursiveMutex& operator=(const RecursiveMutex&) = delete;
-
-  void Lock() { mutex_.lock(); }
-  void Unlock() { mutex_.unlock(); }
-  [[nodiscard]] bool TryLock() { return mutex_.try_lock(); }
-
-  void lock() { mutex_.lock(); }
-  void unlock() { mutex_.unlock(); }
-  [[nodiscard]] bool try_lock() { return mutex_.try_lock(); }
+  explicit BasicScopedLock(MutexT& mutex) : mutex_(mutex) { mutex_.Lock(); }
+  ~BasicScopedLock() { mutex_.Unlock(); }
+  BasicScopedLock(const BasicScopedLock&) = delete;
+  BasicScopedLock& operator=(const BasicScopedLock&) = delete;
 
  private:
-  std::recursive_mutex mutex_;
+  MutexT& mutex_;
 };
+
+}  // namespace Detail
+
+class Mutex : public Detail::BasicMutex<std::mutex> {};
+class RecursiveMutex : public Detail::BasicMutex<std::recursive_mutex> {};
 
 // Holds a Mutex for the lifetime of the guard.
-class [[nodiscard]] ScopedLock {
+class [[nodiscard]] ScopedLock : public Detail::BasicScopedLock<Mutex> {
  public:
-  explicit ScopedLock(Mutex& mutex) : mutex_(mutex) { mutex_.Lock(); }
-  ~ScopedLock() { mutex_.Unlock(); }
-  ScopedLock(const ScopedLock&) = delete;
-  ScopedLock& operator=(const ScopedLock&) = delete;
+  using BasicScopedLock::BasicScopedLock;
+};
 
- private:
-  Mutex& mutex_;
+// Holds a RecursiveMutex for the lifetime of the guard.
+class [[nodiscard]] ScopedRecursiveLock : public Detail::BasicScopedLock<RecursiveMutex> {
+ public:
+  using BasicScopedLock::BasicScopedLock;
 };
 
 // Tries once to take a Mutex; IsLocked() tells whether it succeeded. The mutex
@@ -84,18 +86,6 @@ class [[nodiscard]] ScopedTryLock {
  private:
   Mutex& mutex_;
   bool locked_;
-};
-
-// Holds a RecursiveMutex for the lifetime of the guard.
-class [[nodiscard]] ScopedRecursiveLock {
- public:
-  explicit ScopedRecursiveLock(RecursiveMutex& mutex) : mutex_(mutex) { mutex_.Lock(); }
-  ~ScopedRecursiveLock() { mutex_.Unlock(); }
-  ScopedRecursiveLock(const ScopedRecursiveLock&) = delete;
-  ScopedRecursiveLock& operator=(const ScopedRecursiveLock&) = delete;
-
- private:
-  RecursiveMutex& mutex_;
 };
 
 }  // namespace IdeUtil

@@ -40,8 +40,10 @@
 
 #include <cstdint>
 #include <iosfwd>
+#include <limits>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "orvane/export.h"
@@ -90,12 +92,16 @@ class ORVANE_API KfPersistentStorageI {
 // return bool are true only when the key exists and its text converts to the
 // requested type; the output is unchanged otherwise (text where a number is
 // expected counts as "not found"). Byte values are stored as lower-case
-// hexadecimal text, two digits per byte.
+// hexadecimal text, two digits per byte. Text holding a zero character cannot
+// be kept in XML: such a store (or record) is refused and returns false.
 //
 // Threads: see the top of this header. A buffered operation counts per
 // storage, not per thread: while one is open, stores from any thread are kept
 // in memory and saved when the outermost buffered operation ends, and the
-// process holds the storage's inter-process lock until then.
+// process holds the storage's inter-process lock until then (so keep batches
+// short, and always end them: KfPersistentStorageBuffer does). The lock orders
+// processes; two storage objects on one file inside one process are ordered
+// only by their own mutexes, so use one storage per file per process.
 class ORVANE_API KfPersistentStorage {
  public:
   // Registers this storage under `name` (replacing an earlier storage of that
@@ -115,7 +121,8 @@ class ORVANE_API KfPersistentStorage {
   [[nodiscard]] virtual bool StoreInt64(const std::string& section, const std::string& key, std::int64_t value);
   [[nodiscard]] virtual bool Store(const std::string& section, const std::string& key, const std::string& value);
   // Copies the text with its terminating zero when the key exists and `size`
-  // is at least the text's length; returns the length, or 0.
+  // is at least the text's length; returns the length, or 0. `size` counts
+  // the characters besides the zero, so the buffer holds size + 1 chars.
   virtual std::uint32_t Load(const std::string& section, const std::string& key, char*& buffer,
                              std::uint32_t size);
   // Reads what Store(section, key, bytes, size) wrote; returns the number of
@@ -215,6 +222,17 @@ class ORVANE_API KfPerOStream {
   KfPerOStream& operator<<(std::uint32_t value);
   KfPerOStream& operator<<(std::int64_t value);
   KfPerOStream& operator<<(std::uint64_t value);
+  // Any other integer type (long long, short, char, ...) is written as a
+  // 64-bit number of its signedness.
+  template <typename T>
+    requires std::is_integral_v<T>
+  KfPerOStream& operator<<(T value) {
+    if constexpr (std::is_signed_v<T>) {
+      return *this << static_cast<std::int64_t>(value);
+    } else {
+      return *this << static_cast<std::uint64_t>(value);
+    }
+  }
 
   // Writes the record into the storage and saves it; the stream takes no more
   // items afterwards. True when saved (a second call returns the first result).
@@ -250,6 +268,21 @@ class ORVANE_API KfPerIStream {
   KfPerIStream& operator>>(std::uint32_t& value);
   KfPerIStream& operator>>(std::int64_t& value);
   KfPerIStream& operator>>(std::uint64_t& value);
+  // Any other integer type; a value outside the type's range fails the read.
+  template <typename T>
+    requires std::is_integral_v<T>
+  KfPerIStream& operator>>(T& value) {
+    using Wide = std::conditional_t<std::is_signed_v<T>, std::int64_t, std::uint64_t>;
+    Wide wide = 0;
+    if (!(*this >> wide)) return *this;
+    if (wide < static_cast<Wide>(std::numeric_limits<T>::min()) ||
+        wide > static_cast<Wide>(std::numeric_limits<T>::max())) {
+      Fail();
+    } else {
+      value = static_cast<T>(wide);
+    }
+    return *this;
+  }
 
   // True when the record exists in the storage.
   bool Exists() const;
@@ -262,6 +295,8 @@ class ORVANE_API KfPerIStream {
   std::size_t ItemCount() const;
 
  private:
+  void Fail();
+
   struct Impl;
   std::unique_ptr<Impl> impl_;
 };
