@@ -30,6 +30,7 @@ void InitIde(const std::string& code) {
   Platform::IPlatform& platform = Platform::Current();
   platform.SetEnv("LC_MESSAGES", locale);
   platform.SetMessagesLocale(locale);
+  Detail::CatalogueChanged();
   GePath bin;
   if (GetCommonBinPath(bin)) bindtextdomain_once(Detail::kTextDomain, bin);
 }
@@ -44,6 +45,7 @@ void bindtextdomain_once(const char* domain, const GePath& dir) {
   if (!inserted) return;
   ::bindtextdomain(domain, (dir / "locale").Native().c_str());
   ::bind_textdomain_codeset(domain, "UTF-8");
+  Detail::CatalogueChanged();
 }
 
 std::string HelloWorld_shared() { return Detail::Tr("Hello World"); }

@@ -17,4 +17,10 @@ std::string Tr(const char* msgid);
 // The translation of the singular or plural form chosen by `n`.
 std::string TrN(const char* singular, const char* plural, unsigned long n);
 
+// Counts the changes of the library's message language (InitIde, a new
+// binding). A text translated under one generation stays valid while the
+// generation is unchanged, so callers may cache it.
+unsigned CatalogueGeneration();
+void CatalogueChanged();
+
 }  // namespace Kf::Detail

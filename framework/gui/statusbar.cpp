@@ -4,6 +4,7 @@
 
 #include <boost/format.hpp>
 #include <map>
+#include <optional>
 #include <vector>
 
 #include "core/translate.h"
@@ -23,6 +24,8 @@ struct State {
   IdeUtil::Mutex mutex;
   std::string message;        // guarded by mutex
   std::string caretText;      // guarded by mutex
+  std::optional<Kf::SrcPos> caretPosition;  // guarded by mutex: the position caretText shows
+  unsigned caretGeneration = 0;             // guarded by mutex: the catalogue it was made with
   std::string encoding;       // guarded by mutex
   bool capsLock = false;      // guarded by mutex
   bool numLock = false;       // guarded by mutex
@@ -140,10 +143,19 @@ std::string GetStatusBarText() {
 }
 
 void SetCaretPosition(Kf::SrcPos position) {
+  State& state = TheState();
+  unsigned generation = Kf::Detail::CatalogueGeneration();
+  {
+    // The same position under the same catalogue gives the same text: the
+    // common repeat is answered without formatting anything.
+    IdeUtil::ScopedLock lock(state.mutex);
+    if (state.caretPosition == position && state.caretGeneration == generation) return;
+  }
   std::string text = FormatCaret(position);
   {
-    State& state = TheState();
     IdeUtil::ScopedLock lock(state.mutex);
+    state.caretPosition = position;
+    state.caretGeneration = generation;
     if (state.caretText == text) return;
     state.caretText = text;
   }

@@ -3,6 +3,7 @@
 // so servers with static lifetime may unregister during process exit).
 #include "log/log_bus.h"
 
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <exception>
@@ -74,30 +75,38 @@ struct ServerRecord {
 // ends, so an iterator held by a walk never dangles.
 class ServerRegistry {
  public:
+  // Calls `operation` for every server registered when the walk begins, in
+  // address order, skipping those removed since. The servers are listed under
+  // the registry mutex once; the walk count keeps their records alive, so
+  // the list stays valid without that mutex. A server registered during the
+  // walk is not called by it.
   template <class Operation>
   std::size_t Broadcast(Operation&& operation) {
-    std::size_t reached = 0;
-    Map::iterator it;
-    KfLogServer* server = nullptr;
-    ServerRecord* record = nullptr;
+    struct Target {
+      KfLogServer* server;
+      ServerRecord* record;
+    };
+    constexpr std::size_t kInline = 8;
+    std::array<Target, kInline> inlineTargets;
+    std::vector<Target> spilled;
+    Target* targets = inlineTargets.data();
+    std::size_t count = 0;
     {
       IdeUtil::ScopedLock lock(mutex_);
-      ++walks_;
-      it = records_.begin();
-      if (it != records_.end()) server = it->first, record = it->second.get();
-    }
-    while (record) {
-      {
-        IdeUtil::ScopedRecursiveLock recordLock(record->mutex);
-        if (record->registered && !record->removed) {
-          operation(*server);
-          ++reached;
-        }
+      walks_.fetch_add(1, std::memory_order_acq_rel);
+      if (records_.size() > kInline) {
+        spilled.resize(records_.size());
+        targets = spilled.data();
       }
-      IdeUtil::ScopedLock lock(mutex_);
-      ++it;
-      record = nullptr;
-      if (it != records_.end()) server = it->first, record = it->second.get();
+      for (const auto& [server, record] : records_) targets[count++] = {server, record.get()};
+    }
+    std::size_t reached = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+      IdeUtil::ScopedRecursiveLock recordLock(targets[i].record->mutex);
+      if (targets[i].record->registered && !targets[i].record->removed) {
+        operation(*targets[i].server);
+        ++reached;
+      }
     }
     FinishWalk();
     return reached;
@@ -107,7 +116,7 @@ class ServerRegistry {
     ServerRecord* record;
     {
       IdeUtil::ScopedLock lock(mutex_);
-      ++walks_;
+      walks_.fetch_add(1, std::memory_order_acq_rel);
       std::unique_ptr<ServerRecord>& slot = records_[server];
       if (!slot) slot = std::make_unique<ServerRecord>();
       record = slot.get();
@@ -120,6 +129,7 @@ class ServerRegistry {
         {
           IdeUtil::ScopedLock lock(mutex_);
           std::erase(waiting_, server);
+          hasWaiting_.store(!waiting_.empty(), std::memory_order_release);
         }
         record->removed = false;
         record->registered = false;
@@ -136,7 +146,7 @@ class ServerRegistry {
     ServerRecord* record = nullptr;
     {
       IdeUtil::ScopedLock lock(mutex_);
-      ++walks_;
+      walks_.fetch_add(1, std::memory_order_acq_rel);
       auto it = records_.find(server);
       if (it != records_.end()) record = it->second.get();
     }
@@ -146,6 +156,7 @@ class ServerRegistry {
         record->removed = true;
         IdeUtil::ScopedLock lock(mutex_);
         waiting_.push_back(server);
+        hasWaiting_.store(true, std::memory_order_release);
       }
     }
     FinishWalk();
@@ -154,10 +165,14 @@ class ServerRegistry {
  private:
   using Map = std::map<KfLogServer*, std::unique_ptr<ServerRecord>>;
 
+  // Ends a walk. The last walk to end erases the records removed meanwhile;
+  // a walk that removed nothing and is not the last takes no lock.
   void FinishWalk() {
+    if (walks_.fetch_sub(1, std::memory_order_acq_rel) != 1 || !hasWaiting_.load(std::memory_order_acquire)) return;
     std::vector<std::unique_ptr<ServerRecord>> erased;  // destroyed after the lock
     IdeUtil::ScopedLock lock(mutex_);
-    if (--walks_ >= 1) return;
+    // Walks begin under this mutex, so none can start while it is held.
+    if (walks_.load(std::memory_order_acquire) != 0) return;
     for (KfLogServer* server : waiting_) {
       auto it = records_.find(server);
       if (it == records_.end()) continue;
@@ -165,12 +180,15 @@ class ServerRegistry {
       records_.erase(it);
     }
     waiting_.clear();
+    hasWaiting_.store(false, std::memory_order_release);
   }
 
   IdeUtil::Mutex mutex_;
-  Map records_;                       // guarded by mutex_
-  int walks_ = 0;                     // guarded by mutex_
+  Map records_;                        // guarded by mutex_
   std::vector<KfLogServer*> waiting_;  // guarded by mutex_; removed records to erase
+  // Walks in progress: raised under mutex_, lowered without it.
+  std::atomic<int> walks_{0};
+  std::atomic<bool> hasWaiting_{false};  // written under mutex_: waiting_ is not empty
 };
 
 ServerRegistry& Servers() {

@@ -1,10 +1,12 @@
 #include "orvane/log.h"
 
+#include <optional>
 #include <string_view>
 #include <utility>
 
 #include "log/build_tally.h"
 #include "log/log_bus.h"
+#include "log/log_entry_impl.h"
 #include "orvane/statusbar.h"
 
 struct KfLogClient::Impl {
@@ -69,19 +71,41 @@ void KfLogClient::Log(Severity severity, const std::string& text) {
 }
 
 void KfLogClient::Log(Severity severity, const FileRef& ref, const std::string& text) {
-  if (!impl_ || severity < Kf::Detail::MinimumLogSeverity()) return;
-  KfLogServer::Entry entry(impl_->category, impl_->sender, text, severity, ref.file, ref.start, 0, 0);
-  DispatchLines(entry, text);
-  if (impl_->isBuild && IsFailure(severity)) {
-    Kf::Detail::CountBuildFailure();
-    Kf::StatusBar::UpdateBuildResult();
-  }
+  LogEntry(severity, ref, text, nullptr);
 }
 
 void KfLogClient::Log(Severity severity, const FileRef& ref, const std::string& text, const std::string& extra) {
+  LogEntry(severity, ref, text, &extra);
+}
+
+void KfLogClient::LogEntry(Severity severity, const FileRef& ref, const std::string& text,
+                           const std::string* extra) {
   if (!impl_ || severity < Kf::Detail::MinimumLogSeverity()) return;
-  KfLogServer::Entry entry(impl_->category, impl_->sender, text, severity, ref.file, ref.start, 0, 0);
-  entry.SetText(extra, 1);
+  // Each thread refills one entry for its messages, so that a message costs
+  // no allocation once the strings have grown. A server that logs from inside
+  // its callback gets a fresh entry, leaving the one being delivered alone.
+  thread_local KfLogServer::Entry t_entry;
+  thread_local int t_depth = 0;
+  struct Depth {
+    Depth() { ++t_depth; }
+    ~Depth() { --t_depth; }
+  } depth;
+  std::optional<KfLogServer::Entry> fresh;
+  if (t_depth > 1) fresh.emplace();
+  KfLogServer::Entry& entry = fresh ? *fresh : t_entry;
+  KfLogServer::Entry::Impl& fields = *entry.impl_;
+  fields.category.assign(impl_->category);
+  fields.sender.assign(impl_->sender);
+  fields.texts.resize(extra ? 2 : 1);
+  fields.texts[0].assign(text);
+  if (extra) fields.texts[1].assign(*extra);
+  fields.timestamp = 0;
+  fields.severity = severity;
+  fields.path = ref.file;
+  fields.srcPos = ref.start;
+  fields.srcEndPos = ref.start;
+  fields.entryId = 0;
+  fields.isSubEntry = false;
   DispatchLines(entry, text);
   if (impl_->isBuild && IsFailure(severity)) {
     Kf::Detail::CountBuildFailure();

@@ -2,18 +2,7 @@
 
 #include <utility>
 
-struct KfLogServer::Entry::Impl {
-  std::string category;
-  std::string sender;
-  std::vector<std::string> texts;
-  std::int64_t timestamp = 0;
-  int severity = 0;
-  GePath path;
-  Kf::SrcPos srcPos;
-  Kf::SrcPos srcEndPos;
-  std::uint64_t entryId = 0;
-  bool isSubEntry = false;
-};
+#include "log/log_entry_impl.h"
 
 namespace {
 

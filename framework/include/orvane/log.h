@@ -28,7 +28,8 @@
 // never entered by two threads at once, and a callback may log, register
 // categories or unregister servers, itself included. A server removed during
 // a broadcast receives nothing more from it; once UnregisterLogServer returns
-// the server receives nothing more at all. The one exception to "no lock
+// the server receives nothing more at all; a server registered while a
+// broadcast is under way receives from the next broadcast on. The one exception to "no lock
 // across a callback": AddCategory calls made while a server is being
 // registered (the replay of known categories) run under the category mutex,
 // so such an AddCategory must not register or unregister categories.
@@ -118,6 +119,7 @@ class ORVANE_API KfLogServer {
     void SetText(const std::string& text, unsigned int n);
 
    private:
+    friend class KfLogClient;  // refills one entry per thread instead of allocating
     struct Impl;
     std::unique_ptr<Impl> impl_;
   };
@@ -136,7 +138,8 @@ class ORVANE_API KfLogServer {
   virtual void RemoveCategory(const std::string& category);
   // A client of the category began a new session (a new build, a new search).
   virtual void StartSession(const std::string& category);
-  // Receives every dispatched entry.
+  // Receives every dispatched entry. The entry is valid during the call only
+  // (the bus refills it for the next message): copy it to keep it.
   virtual void ProcessEntry(Entry& entry) = 0;
 
   // Starts receiving; the categories known now are replayed through
@@ -193,6 +196,8 @@ class ORVANE_API KfLogClient {
   void UnregisterLogClient();
 
  private:
+  void LogEntry(Severity severity, const FileRef& ref, const std::string& text, const std::string* extra);
+
   struct Impl;
   std::unique_ptr<Impl> impl_;
 };

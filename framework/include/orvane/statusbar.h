@@ -200,7 +200,8 @@ ORVANE_API std::string GetProgressSourceDescription();
 // The minimum level shown and the foreground level (see the file comment).
 ORVANE_API void SetProgressBarPriorityLevel(ProgressStatus::Priority minimumShown,
                                             ProgressStatus::Priority foreground);
-// Asks every output that counts towards the shown progress to stop.
+// Asks every live output at or above the minimum level shown to stop (the
+// host's cancel button: outputs hidden by the foreground rule stop too).
 ORVANE_API void CancelProgress();
 
 }  // namespace Kf::StatusBar
