@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <system_error>
 
 #include <unistd.h>
 
@@ -13,13 +14,22 @@
 
 namespace {
 
-const std::filesystem::path& Scratch() {
-  static const std::filesystem::path dir = [] {
-    auto path = std::filesystem::temp_directory_path() / ("orvane-fuzz-" + std::to_string(::getpid()));
+// A scratch directory for the input file, removed when the fuzzer exits.
+struct ScratchDir {
+  ScratchDir()
+      : path(std::filesystem::temp_directory_path() / ("orvane-fuzz-theme-" + std::to_string(::getpid()))) {
     std::filesystem::create_directories(path);
-    return path;
-  }();
-  return dir;
+  }
+  ~ScratchDir() {
+    std::error_code ec;
+    std::filesystem::remove_all(path, ec);
+  }
+  std::filesystem::path path;
+};
+
+const std::filesystem::path& Scratch() {
+  static ScratchDir dir;
+  return dir.path;
 }
 
 }  // namespace
