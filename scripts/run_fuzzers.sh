@@ -8,8 +8,8 @@ seconds=${1:-30}
 build=build/fuzz
 cmake -S . -B "$build" -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo \
   -DORVANE_BUILD_FUZZERS=ON -DORVANE_BUILD_TESTS=OFF -DORVANE_BUILD_BENCHMARKS=OFF -DORVANE_BUILD_HOST=OFF >/dev/null
-cmake --build "$build" --target fuzz_settings_file fuzz_persistent_stream -j 2
-for target in fuzz_settings_file fuzz_persistent_stream; do
+cmake --build "$build" --target fuzz_settings_file fuzz_persistent_stream fuzz_theme_file -j 2
+for target in fuzz_settings_file fuzz_persistent_stream fuzz_theme_file; do
   corpus="$build/corpus/$target"
   mkdir -p "$corpus"
   seeds="fuzz/seeds/$target"
