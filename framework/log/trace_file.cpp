@@ -3,6 +3,7 @@
 #include <atomic>
 #include <charconv>
 #include <chrono>
+#include <thread>
 #include <cstdio>
 #include <ctime>
 #include <filesystem>
@@ -27,7 +28,6 @@ namespace {
 struct TraceState {
   std::atomic<bool> initialized{false};
   std::atomic<bool> enabled{false};
-  std::atomic<bool> suppressed{false};
   std::atomic<bool> opened{false};
   bool firstEventWritten = false;  // guarded by fileMutex
   GePath tracePath;                // written once under decideMutex before `initialized`
@@ -58,13 +58,9 @@ void Decide(TraceState& state) {
   if (Kf::Platform::Current().GetEnv("QOR_QDBGSERVER_TRACE_FILE", fromEnv) && !fromEnv.empty()) {
     state.tracePath = GePath(fromEnv);
     state.infoPath = GePath(fromEnv + ".info");
-    state.suppressed = false;
     state.enabled = true;
     return;
   }
-  // Suppressed while the settings are read: the storage's own profiling
-  // tasks would otherwise ask for this decision again.
-  state.suppressed = true;
   KfPersistentStorage* global = KfPersistentStorage::GetStorage("Global");
   bool loggingEnabled = false;
   std::string directory;
@@ -76,7 +72,6 @@ void Decide(TraceState& state) {
   state.tracePath = GePath(directory) / ("QOR-IDE-Log-" + state.stamp + ".trace");
   state.infoPath = GePath(state.tracePath.ToString() + ".info");
   state.enabled = true;
-  state.suppressed = false;
 }
 
 void WriteInfoFile(const TraceState& state, std::int64_t startNs) {
@@ -179,18 +174,37 @@ std::int64_t TraceClockNs() {
       .count();
 }
 
+// Waits for another thread's decision. The wait is bounded because the
+// deciding thread may be reading the settings storage while this thread holds
+// that storage's lock; past the bound this one event is dropped rather than
+// deadlocking. A decision normally takes microseconds, so events of threads
+// that start together are not lost even when the decider is preempted.
+static bool AwaitDecision(const TraceState& state) {
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(500);
+  while (!state.initialized.load(std::memory_order_acquire)) {
+    if (std::chrono::steady_clock::now() > deadline) return false;
+    std::this_thread::sleep_for(std::chrono::microseconds(50));
+  }
+  return true;
+}
+
 bool TraceWanted() {
   TraceState& state = State();
-  if (state.suppressed.load(std::memory_order_acquire)) return false;
   if (!state.initialized.load(std::memory_order_acquire)) {
-    // Never wait here: the thread deciding may be reading the settings
-    // storage while this thread holds that storage's lock. Events that
-    // arrive during the decision are dropped.
+    // The deciding thread reads the settings storage, whose own profiling
+    // tasks ask again; they are not traced.
+    thread_local bool t_deciding = false;
+    if (t_deciding) return false;
     IdeUtil::ScopedTryLock lock(state.decideMutex);
-    if (!lock.IsLocked()) return false;
-    if (!state.initialized.load(std::memory_order_acquire)) {
-      Decide(state);
-      state.initialized.store(true, std::memory_order_release);
+    if (lock.IsLocked()) {
+      if (!state.initialized.load(std::memory_order_acquire)) {
+        t_deciding = true;
+        Decide(state);
+        t_deciding = false;
+        state.initialized.store(true, std::memory_order_release);
+      }
+    } else if (!AwaitDecision(state)) {
+      return false;
     }
   }
   if (!state.enabled.load(std::memory_order_acquire)) return false;
@@ -255,7 +269,6 @@ void ResetTraceForTesting() {
   state.firstEventWritten = false;
   state.opened = false;
   state.enabled = false;
-  state.suppressed = false;
   state.tracePath = GePath();
   state.infoPath = GePath();
   state.stamp.clear();
