@@ -114,14 +114,15 @@ u64 SlidingModelProxy::Scroll(ScrollOperation op, u64 top, u64 amount) {
   return model_->Scroll(op, top, amount);
 }
 
-u64 SlidingModelProxy::AddBefore(u64 count, ChunkInfo* out) {
+u64 SlidingModelProxy::GrowChunk(u64 count, ChunkInfo* out,
+                                 u64 (KfSlidingListModel::*grow)(u64, u64, ChunkInfo*)) {
   IdeUtil::ScopedRecursiveLock lock(mutex_);
   u64 result = 0;
   if (!inputBlocked_ && slidingModel_) {
     const u64 minChunk = minChunk_;
     const u64 excess = chunk_.rows > minChunk ? chunk_.rows - minChunk : 0;
     ChunkInfo chunk = chunk_;
-    result = slidingModel_->AddBefore(count, count + excess, &chunk);
+    result = (slidingModel_.get()->*grow)(count, count + excess, &chunk);
     SetChunk(chunk);
     ResetCacheToChunk();
     UpdateSelection();
@@ -130,20 +131,12 @@ u64 SlidingModelProxy::AddBefore(u64 count, ChunkInfo* out) {
   return result;
 }
 
+u64 SlidingModelProxy::AddBefore(u64 count, ChunkInfo* out) {
+  return GrowChunk(count, out, &KfSlidingListModel::AddBefore);
+}
+
 u64 SlidingModelProxy::AddAfter(u64 count, ChunkInfo* out) {
-  IdeUtil::ScopedRecursiveLock lock(mutex_);
-  u64 result = 0;
-  if (!inputBlocked_ && slidingModel_) {
-    const u64 minChunk = minChunk_;
-    const u64 excess = chunk_.rows > minChunk ? chunk_.rows - minChunk : 0;
-    ChunkInfo chunk = chunk_;
-    result = slidingModel_->AddAfter(count, count + excess, &chunk);
-    SetChunk(chunk);
-    ResetCacheToChunk();
-    UpdateSelection();
-  }
-  *out = chunk_;
-  return result;
+  return GrowChunk(count, out, &KfSlidingListModel::AddAfter);
 }
 
 void SlidingModelProxy::NavigateTo(const std::string& text, u64* row, ChunkInfo* out) {

@@ -350,6 +350,9 @@ class ORVANE_API SlidingModelProxy : public SlidingProxyBase {
 
  private:
   void ResetCacheToChunk();
+  // Grows the chunk at one end through `grow` (the model's AddBefore or
+  // AddAfter), letting the model drop rows beyond the minimum chunk size.
+  u64 GrowChunk(u64 count, ChunkInfo* out, u64 (KfSlidingListModel::*grow)(u64, u64, ChunkInfo*));
 
   std::shared_ptr<KfSlidingListModel> slidingModel_;  // guarded by mutex_
 };
