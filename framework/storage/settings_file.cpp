@@ -1,6 +1,5 @@
 #include "storage/settings_file.h"
 
-#include <atomic>
 #include <chrono>
 #include <cstring>
 #include <ctime>
@@ -12,7 +11,7 @@
 #include <boost/interprocess/sync/file_lock.hpp>
 
 #include "core/diagnostics.h"
-#include "orvane/platform.h"
+#include "core/temp_names.h"
 
 namespace Kf::Storage::Detail {
 namespace {
@@ -78,14 +77,11 @@ ReadResult ReadXmlFile(const GePath& file, const char* rootName, pugi::xml_docum
 }
 
 bool SaveXmlFileAtomically(const pugi::xml_document& doc, const GePath& file) {
-  static std::atomic<unsigned> counter{0};
   std::error_code ec;
   GePath parent = file.Parent();
   if (!parent.IsEmpty()) fs::create_directories(parent.Native(), ec);
-  // Unique per process and per save, so concurrent savers never share a
-  // temporary file.
-  GePath temp(file.ToString() + ".tmp-" + std::to_string(Kf::Platform::Current().GetProcessId()) + "-" +
-              std::to_string(counter.fetch_add(1)));
+  // Unique per save, so concurrent savers never share a temporary file.
+  GePath temp(file.ToString() + ".tmp-" + Kf::Detail::UniqueFileTag());
   bool written = doc.save_file(temp.Native().c_str(), "  ", pugi::format_default, pugi::encoding_utf8);
   if (written) {
     fs::rename(temp.Native(), file.Native(), ec);

@@ -13,6 +13,7 @@
 #include <pugixml.hpp>
 
 #include "core/diagnostics.h"
+#include "core/temp_names.h"
 #include "orvane/platform.h"
 #include "orvane/storage.h"
 
@@ -78,9 +79,7 @@ GePath TempFolder() {
 }
 
 GePath UniqueTempFile(const GePath& folder, const char* what) {
-  static std::atomic<unsigned> counter{0};
-  return folder / ("orvane-" + std::string(what) + "-" + std::to_string(Platform::Current().GetProcessId()) + "-" +
-                   std::to_string(counter.fetch_add(1)) + ".xml");
+  return folder / ("orvane-" + std::string(what) + "-" + UniqueFileTag() + ".xml");
 }
 
 void RemoveStorageFiles(const GePath& file) {

@@ -17,8 +17,7 @@ namespace fs = std::filesystem;
 class Language : public ::testing::Test {
  protected:
   void SetUp() override {
-    root = fs::temp_directory_path() / ("orvane_language_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-                                        ::testing::UnitTest::GetInstance()->current_test_info()->name());
+    root = Kf::Testing::UniqueTempPath("orvane_language");
     fs::remove_all(root);
     fs::create_directories(root / "install" / "bin" / "x");
     platform->commonBinDirectory = GePath::FromNative(root / "install" / "bin" / "x");

@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "listwindow_test_util.h"
+#include "support/temp_path.h"
 
 namespace {
 
@@ -16,8 +17,7 @@ using Kf::ListWindow::SlidingModelProxy;
 class TempFile {
  public:
   explicit TempFile(const std::string& content) {
-    path_ = std::filesystem::temp_directory_path() /
-            ("orvane_listwindow_" + std::to_string(reinterpret_cast<std::uintptr_t>(this)) + ".log");
+    path_ = Kf::Testing::UniqueTempPath("orvane_listwindow");
     Append(content);
   }
   ~TempFile() { std::filesystem::remove(path_); }

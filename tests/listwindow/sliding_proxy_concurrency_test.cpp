@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "listwindow_test_util.h"
+#include "support/temp_path.h"
 
 namespace {
 
@@ -17,7 +18,7 @@ using Kf::ListWindow::SlidingModelProxy;
 // A log that grows on one thread (the model notifying from there) while the
 // host thread acknowledges, reads rows and slides the chunk.
 TEST(SlidingProxyConcurrency, GrowingFileWhileTheHostScrolls) {
-  const auto path = std::filesystem::temp_directory_path() / "orvane_listwindow_growing.log";
+  const auto path = Kf::Testing::UniqueTempPath("orvane_listwindow_growing");
   {
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
     for (int i = 0; i < 2000; ++i) out << "line " << i << "\n";

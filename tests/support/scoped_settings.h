@@ -12,9 +12,7 @@
 // KfPersistentStorage::GetStorage("Global") returns it for its lifetime.
 #pragma once
 
-#include <unistd.h>
 
-#include <atomic>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -22,15 +20,14 @@
 
 #include "orvane/platform.h"
 #include "orvane/storage.h"
+#include "support/temp_path.h"
 
 namespace Kf::Testing {
 
 class ScopedSettingsDir {
  public:
   ScopedSettingsDir() {
-    static std::atomic<int> counter{0};
-    auto base = std::filesystem::temp_directory_path() /
-                ("orvane-test-" + std::to_string(::getpid()) + "-" + std::to_string(counter.fetch_add(1)));
+    auto base = UniqueTempPath("orvane-test");
     std::error_code ec;
     std::filesystem::remove_all(base, ec);
     std::filesystem::create_directories(base, ec);
