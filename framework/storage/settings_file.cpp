@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <mutex>
+#include <set>
 #include <system_error>
 
 #include <boost/interprocess/sync/file_lock.hpp>
@@ -35,6 +36,33 @@ GePath KeepAside(const GePath& file) {
   for (int i = 1; fs::exists(candidate, ec) && i < 1000; ++i) candidate = base + "-" + std::to_string(i);
   fs::rename(file.Native(), GePath(candidate).Native(), ec);
   return ec ? GePath() : GePath(candidate);
+}
+
+// Temporary files older than this were left by a save that never finished
+// (the process was killed between writing and renaming). A save in flight
+// lives for milliseconds, so a file this old belongs to nobody.
+constexpr auto kStaleTemporaryAge = std::chrono::hours(1);
+
+// Removes the stale "<file>.tmp-*" beside `file`, once per file and process:
+// the folder is listed on the first save only, not on every save.
+void RemoveStaleTemporaries(const GePath& file) {
+  static std::mutex mutex;
+  static std::set<std::string> cleaned;  // guarded by mutex
+  {
+    std::lock_guard<std::mutex> lock(mutex);
+    if (!cleaned.insert(file.ToString()).second) return;
+  }
+  const fs::path target = file.Native();
+  const std::string prefix = target.filename().string() + ".tmp-";
+  const auto now = fs::file_time_type::clock::now();
+  std::error_code ec;
+  for (fs::directory_iterator it(target.parent_path().empty() ? fs::path(".") : target.parent_path(), ec), end;
+       !ec && it != end; it.increment(ec)) {
+    if (it->path().filename().string().rfind(prefix, 0) != 0) continue;
+    std::error_code entryError;
+    const auto written = fs::last_write_time(it->path(), entryError);
+    if (!entryError && now - written > kStaleTemporaryAge) fs::remove(it->path(), entryError);
+  }
 }
 
 std::string DescribeParseError(const pugi::xml_parse_result& result) {
@@ -85,7 +113,10 @@ bool SaveXmlFileAtomically(const pugi::xml_document& doc, const GePath& file) {
   bool written = doc.save_file(temp.Native().c_str(), "  ", pugi::format_default, pugi::encoding_utf8);
   if (written) {
     fs::rename(temp.Native(), file.Native(), ec);
-    if (!ec) return true;
+    if (!ec) {
+      RemoveStaleTemporaries(file);
+      return true;
+    }
   }
   fs::remove(temp.Native(), ec);
   Kf::Detail::ReportError("settings", "cannot save " + file.ToString() + (written ? ": rename failed" : ": write failed"));

@@ -32,7 +32,9 @@ bool ParseXmlText(const char* text, size_t size, const char* rootName, pugi::xml
 
 // Writes `doc` to a temporary file beside `file` and renames it over `file`,
 // creating the parent directory when missing. On failure `file` is untouched,
-// the temporary file is removed and the reason reported.
+// the temporary file is removed and the reason reported. The first save of a
+// file in a process also removes temporaries that a killed save left beside
+// it more than an hour ago.
 bool SaveXmlFileAtomically(const pugi::xml_document& doc, const GePath& file);
 
 // The one place where damaged settings files are reported. The log bus hooks

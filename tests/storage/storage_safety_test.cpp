@@ -137,10 +137,22 @@ TEST(StorageSafety, KilledWhileSavingLeavesTheOldOrTheNewFileComplete) {
     }
     EXPECT_EQ(keys, kKeys) << "round " << round;
   }
-  // Temporary files of killed saves may remain; the settings file is intact.
+  // The settings file is intact.
   KfPersistentStorage reader("Reader", file);
   std::uint32_t value = 0;
   EXPECT_TRUE(reader.Load("Batch", "k0", value));
+
+  // Killed saves leave temporaries. The first save of a process removes the
+  // ones older than an hour; a recent one may be a save in flight and stays.
+  const GePath stale(file.ToString() + ".tmp-stale");
+  const GePath recent(file.ToString() + ".tmp-recent");
+  WriteFile(stale, "x");
+  WriteFile(recent, "x");
+  std::filesystem::last_write_time(stale.Native(),
+                                   std::filesystem::file_time_type::clock::now() - std::chrono::hours(2));
+  EXPECT_TRUE(reader.Store("Batch", "k0", value + 1));
+  EXPECT_FALSE(std::filesystem::exists(stale.Native()));
+  EXPECT_TRUE(std::filesystem::exists(recent.Native()));
 }
 
 TEST(StorageSafety, ReplacementWithTheSameSizeAndTimeIsSeen) {
