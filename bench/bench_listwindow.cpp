@@ -282,6 +282,7 @@ void BM_SlidingFileFirstScreen(benchmark::State& state) {
     auto model = std::make_shared<Kf::ListWindow::KfTextFileListModel>(GePath(path), 60);
     Kf::ListWindow::SlidingModelProxy proxy;
     proxy.SetProvider(model);
+    proxy.AcknowledgeUpdate(proxy.UpdateSerial());  // as a host does first: reads the chunk
     DrawScreen(proxy, 0);
     held = model->ChunkBytes();
   }

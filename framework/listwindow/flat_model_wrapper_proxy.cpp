@@ -173,11 +173,6 @@ bool FlatModelWrapperProxy::GetWindowRowsForModelRow(u64 modelRow, std::vector<R
                                                      std::vector<u64>& modelRows) {
   RowData row;
   bool delivered = flatModel_ && flatModel_->GetRow(modelRow, &row.cells, &row.formats, &row.treeInfo, &row.flag);
-  if (delivered && !VerifyRowData(row)) {
-    Kf::Detail::ReportError("FlatModelWrapperProxy", "model row " + std::to_string(modelRow) +
-                                                         " has a cell or format count that does not match its columns");
-    delivered = false;
-  }
   if (!delivered) {
     // The row keeps its place in the chunk, shown as the default row.
     out.push_back(defaultRow_);

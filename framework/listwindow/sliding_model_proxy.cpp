@@ -22,14 +22,8 @@ void SlidingModelProxy::SetProvider(std::shared_ptr<KfListModel> model) {
   slidingModel_ = std::dynamic_pointer_cast<KfSlidingListModel>(model_);
   FetchProperties();
   UpdateDefaultRow();
-  if (!inputBlocked_) {
-    if (slidingModel_) {
-      ChunkInfo chunk;
-      slidingModel_->GetChunk(&chunk);
-      SetChunk(chunk);
-    }
-    ResetCacheToChunk();
-  }
+  // The chunk itself is read at the host's first acknowledgement.
+  if (!inputBlocked_) ResetCacheToChunk();
   if (model_) model_->SetListener(this);
 }
 
@@ -85,8 +79,7 @@ void SlidingModelProxy::GetRow(u64 row, std::vector<std::string>* cells, std::ve
     data = defaultRow_;
   } else if (!cache_.GetRow(row, &data) && !inputBlocked_ && model_) {
     RowData fetched;
-    if (model_->GetRow(row, &fetched.cells, &fetched.formats, &fetched.treeInfo, &fetched.flag) &&
-        VerifyRowData(fetched)) {
+    if (model_->GetRow(row, &fetched.cells, &fetched.formats, &fetched.treeInfo, &fetched.flag)) {
       fetched.values.assign(columns_.size(), 0);
       cache_.Update(row, fetched);
       data = std::move(fetched);
@@ -98,14 +91,6 @@ void SlidingModelProxy::GetRow(u64 row, std::vector<std::string>* cells, std::ve
   *formats = std::move(data.formats);
   *tree = std::move(data.treeInfo);
   *flag = data.flag;
-}
-
-void SlidingModelProxy::HandleKeyDown(wchar_t key, unsigned int flags, bool shift, bool control) {
-  IdeUtil::ScopedRecursiveLock lock(mutex_);
-  if (!model_ || inputBlocked_) return;
-  model_->HandleKeyDown(key, flags, shift, control);
-  // A key may move the selection inside the model; keep our copy current.
-  UpdateSelection();
 }
 
 u64 SlidingModelProxy::Scroll(ScrollOperation op, u64 top, u64 amount) {

@@ -201,7 +201,7 @@ void KfStdListWindowProxy::Run() {
         } catch (const std::exception& e) {
           Kf::Detail::ReportError("KfStdListWindowProxy::Run", e.what());
         }
-        if (delivered && VerifyRowData(data)) {
+        if (delivered) {
           data.values.assign(columns_.size(), 0);
           cache_.Update(row, data);
           Message message;
@@ -209,10 +209,6 @@ void KfStdListWindowProxy::Run() {
           message.serial = updateSerial_;
           message.value = kStop;
           Tell(message);
-        } else if (delivered) {
-          Kf::Detail::ReportError("KfStdListWindowProxy::Run",
-                                  "the model delivered row " + std::to_string(row) +
-                                      " with a cell or format count that does not match its columns");
         }
       }
     }

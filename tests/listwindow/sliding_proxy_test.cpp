@@ -103,6 +103,8 @@ struct SlidingFixture : ::testing::Test {
 
 TEST_F(SlidingFixture, ProvidesColumnsDefaultRowAndChunk) {
   EXPECT_EQ(model->listener, &proxy);
+  EXPECT_EQ(proxy.NumberOfRows(), 0u) << "the chunk is read at the host's first acknowledgement";
+  proxy.AcknowledgeUpdate(proxy.UpdateSerial());
   EXPECT_EQ(proxy.NumberOfRows(), 500u);
   std::vector<KfListModel::Column> columns;
   EXPECT_EQ(proxy.GetColumnInfo(&columns), 2u);
@@ -170,6 +172,7 @@ TEST_F(SlidingFixture, UnblockWithoutPropertyChangeIsARedraw) {
 }
 
 TEST_F(SlidingFixture, AddBeforeLetsTheModelDropTheExcessOverMinChunk) {
+  proxy.AcknowledgeUpdate(proxy.UpdateSerial());  // reads the chunk of 500 rows
   proxy.SetMinChunk(200);
   ChunkInfo out;
   EXPECT_EQ(proxy.AddBefore(100, &out), 100u);
@@ -188,6 +191,7 @@ TEST_F(SlidingFixture, AddBeforeLetsTheModelDropTheExcessOverMinChunk) {
 }
 
 TEST_F(SlidingFixture, BlockedProxyIgnoresChunkMovesButReportsTheChunk) {
+  proxy.AcknowledgeUpdate(proxy.UpdateSerial());
   model->Notify(KfListModelListener::Block);
   ChunkInfo out;
   out.rows = 12345;

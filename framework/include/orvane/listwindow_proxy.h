@@ -325,7 +325,12 @@ class ORVANE_API SlidingProxyBase : public SlidingListWindowProxy {
   std::atomic<u64> minChunk_{100};
 };
 
-// The proxy over a KfSlidingListModel.
+// The proxy over a KfSlidingListModel. It holds no rows until the host's
+// first acknowledgement reads the model's chunk: the model announces its
+// contents with a notification (the host acknowledges the serial it carries),
+// and row operations such as AddAfter or NavigateTo also fetch the chunk.
+// Selection changes made by the model (a key press, say) reach GetSel at the
+// next acknowledgement or chunk operation.
 class ORVANE_API SlidingModelProxy : public SlidingProxyBase {
  public:
   SlidingModelProxy();
@@ -336,7 +341,6 @@ class ORVANE_API SlidingModelProxy : public SlidingProxyBase {
   void GetRow(u64 row, std::vector<std::string>* cells, std::vector<Format>* formats, TreeInfo* tree,
               bool* flag) override;
   void AcknowledgeUpdate(u64 serial) override;
-  void HandleKeyDown(wchar_t key, unsigned int flags, bool shift, bool control) override;
   u64 Scroll(ScrollOperation op, u64 top, u64 amount) override;
   u64 AddBefore(u64 count, ChunkInfo* out) override;
   u64 AddAfter(u64 count, ChunkInfo* out) override;
