@@ -30,29 +30,30 @@ void AppendUtf8(std::string& out, char32_t code) {
   }
 }
 
-}  // namespace
-
-std::string Utf16ToUtf8(std::u16string_view text) {
+// Joins a high surrogate followed by a low one into one character; any other
+// surrogate becomes U+FFFD. 32-bit text joins pairs as well: text that was
+// UTF-16 before it was widened unit by unit still means one character there.
+template <class Unit>
+std::string UnitsToUtf8(std::basic_string_view<Unit> text) {
   std::string out;
   out.reserve(text.size());
   for (std::size_t i = 0; i < text.size(); ++i) {
-    std::uint32_t unit = text[i];
+    const std::uint32_t unit = text[i];
     if (IsHighSurrogate(unit) && i + 1 < text.size() && IsLowSurrogate(text[i + 1])) {
-      std::uint32_t low = text[++i];
+      const std::uint32_t low = text[++i];
       AppendUtf8(out, static_cast<char32_t>(0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00)));
     } else {
-      AppendUtf8(out, static_cast<char32_t>(unit));  // a lone surrogate becomes U+FFFD there
+      AppendUtf8(out, static_cast<char32_t>(unit));
     }
   }
   return out;
 }
 
-std::string Utf32ToUtf8(std::u32string_view text) {
-  std::string out;
-  out.reserve(text.size());
-  for (char32_t code : text) AppendUtf8(out, code);
-  return out;
-}
+}  // namespace
+
+std::string Utf16ToUtf8(std::u16string_view text) { return UnitsToUtf8(text); }
+
+std::string Utf32ToUtf8(std::u32string_view text) { return UnitsToUtf8(text); }
 
 std::string WideToUtf8(std::wstring_view text) {
   if constexpr (sizeof(wchar_t) == 2) {

@@ -107,11 +107,13 @@ TEST(WideText, Utf16SurrogatesPairOrBecomeReplacementCharacters) {
   EXPECT_EQ(Utf16ToUtf8(u"\u07FF\u0800"), "\xDF\xBF\xE0\xA0\x80");
 }
 
-TEST(WideText, Utf32InvalidValuesBecomeReplacementCharacters) {
+TEST(WideText, Utf32InvalidValuesBecomeReplacementCharactersAndPairsJoin) {
   using Kf::Detail::Utf32ToUtf8;
   const std::string replacement = "\xEF\xBF\xBD";
   EXPECT_EQ(Utf32ToUtf8(std::u32string{char32_t(0xD800), char32_t(0x110000), char32_t(0x7F)}),
             replacement + replacement + "\x7F");
+  // UTF-16 widened unit by unit: the pair is still one character.
+  EXPECT_EQ(Utf32ToUtf8(std::u32string{char32_t(0xD83D), char32_t(0xDE00)}), "\xF0\x9F\x98\x80");
   if constexpr (sizeof(wchar_t) == 4)
     EXPECT_EQ(Kf::Detail::WideToUtf8(std::wstring{static_cast<wchar_t>(-1), L'a'}), replacement + "a");
 }
