@@ -145,7 +145,15 @@ void KfPersistentStorage::Impl::Refresh() {
 void KfPersistentStorage::Impl::BeginChange() {
   if (depth.load(std::memory_order_relaxed) > 0) return;  // the buffered operation holds the lock
   fileLock.Lock();
+  // The caller's store task is already open, so tracing has been decided and
+  // this nested task cannot make the trace read the storage we hold.
+  ScopedProfile profile(g_loadTask);
   Refresh();
+}
+
+void KfPersistentStorage::Impl::AbandonChange() {
+  if (depth.load(std::memory_order_relaxed) > 0) return;
+  fileLock.Unlock();
 }
 
 bool KfPersistentStorage::Impl::EndChange() {
@@ -355,8 +363,10 @@ bool KfPersistentStorage::DeleteSection(const std::string& section) {
   ScopedProfile profile(g_storeTask);
   IdeUtil::ScopedLock lock(impl_->mutex);
   impl_->BeginChange();
-  pugi::xml_node root = impl_->Root();
-  root.remove_child(ToElementName(section).c_str());
+  if (!impl_->Root().remove_child(ToElementName(section).c_str())) {
+    impl_->AbandonChange();
+    return false;
+  }
   return impl_->EndChange();
 }
 
@@ -364,7 +374,10 @@ bool KfPersistentStorage::DeleteKey(const std::string& section, const std::strin
   ScopedProfile profile(g_storeTask);
   IdeUtil::ScopedLock lock(impl_->mutex);
   impl_->BeginChange();
-  impl_->Root().child(ToElementName(section).c_str()).remove_child(ToElementName(key).c_str());
+  if (!impl_->Root().child(ToElementName(section).c_str()).remove_child(ToElementName(key).c_str())) {
+    impl_->AbandonChange();
+    return false;
+  }
   return impl_->EndChange();
 }
 

@@ -85,6 +85,8 @@ struct KfPersistentStorage::Impl {
   // no buffered operation holds it. Caller holds `mutex`. True when saved or
   // deferred.
   bool EndChange();
+  // Ends a change that changed nothing: nothing is saved. Caller holds `mutex`.
+  void AbandonChange();
   bool Save();
 
   pugi::xml_node Root();

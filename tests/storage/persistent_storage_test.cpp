@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -144,6 +145,15 @@ TEST(PersistentStorage, DeleteKeyAndSectionSave) {
   EXPECT_TRUE(reader.Load("A", "two", value));
   EXPECT_FALSE(reader.Load("B", "three", value));
   EXPECT_EQ(reader.GetSections(), std::vector<std::string>{"A"});
+
+  // Nothing to delete: not found, and the file is not written.
+  const auto written = std::filesystem::last_write_time(global.Settings().GlobalFile().Native());
+  std::filesystem::last_write_time(global.Settings().GlobalFile().Native(), written - std::chrono::hours(1));
+  EXPECT_FALSE(global->DeleteKey("A", "one"));
+  EXPECT_FALSE(global->DeleteKey("Missing", "two"));
+  EXPECT_FALSE(global->DeleteSection("B"));
+  EXPECT_EQ(std::filesystem::last_write_time(global.Settings().GlobalFile().Native()), written - std::chrono::hours(1));
+  EXPECT_TRUE(global->Store("B", "three", 3u)) << "the file lock was released";
 }
 
 TEST(PersistentStorage, BufferedStoresSaveOnceWhenTheOutermostGuardEnds) {

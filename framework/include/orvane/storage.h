@@ -62,13 +62,13 @@ class ORVANE_API KfPersistentStorageI {
   virtual ~KfPersistentStorageI();
   virtual void BeginBufferedOperation() = 0;
   virtual void EndBufferedOperation() = 0;
-  [[nodiscard]] virtual bool Store(const std::string& section, const std::string& key, const void* bytes,
+  virtual bool Store(const std::string& section, const std::string& key, const void* bytes,
                                    std::uint32_t size) = 0;
-  [[nodiscard]] virtual bool Store(const std::string& section, const std::string& key, std::uint32_t value) = 0;
-  [[nodiscard]] virtual bool StoreUint64(const std::string& section, const std::string& key,
+  virtual bool Store(const std::string& section, const std::string& key, std::uint32_t value) = 0;
+  virtual bool StoreUint64(const std::string& section, const std::string& key,
                                          std::uint64_t value) = 0;
-  [[nodiscard]] virtual bool StoreInt64(const std::string& section, const std::string& key, std::int64_t value) = 0;
-  [[nodiscard]] virtual bool Store(const std::string& section, const std::string& key,
+  virtual bool StoreInt64(const std::string& section, const std::string& key, std::int64_t value) = 0;
+  virtual bool Store(const std::string& section, const std::string& key,
                                    const std::string& value) = 0;
   virtual std::uint32_t Load(const std::string& section, const std::string& key, char*& buffer,
                              std::uint32_t size) = 0;
@@ -78,8 +78,8 @@ class ORVANE_API KfPersistentStorageI {
   virtual bool LoadUint64(const std::string& section, const std::string& key, std::uint64_t& value) = 0;
   virtual bool LoadInt64(const std::string& section, const std::string& key, std::int64_t& value) = 0;
   virtual bool Load(const std::string& section, const std::string& key, std::string& value) = 0;
-  [[nodiscard]] virtual bool DeleteSection(const std::string& section) = 0;
-  [[nodiscard]] virtual bool DeleteKey(const std::string& section, const std::string& key) = 0;
+  virtual bool DeleteSection(const std::string& section) = 0;
+  virtual bool DeleteKey(const std::string& section, const std::string& key) = 0;
 };
 
 // A named settings store in one XML file: the root element "settings", one
@@ -114,12 +114,12 @@ class ORVANE_API KfPersistentStorage {
 
   virtual void BeginBufferedOperation();
   virtual void EndBufferedOperation();
-  [[nodiscard]] virtual bool Store(const std::string& section, const std::string& key, const void* bytes,
+  virtual bool Store(const std::string& section, const std::string& key, const void* bytes,
                                    std::uint32_t size);
-  [[nodiscard]] virtual bool Store(const std::string& section, const std::string& key, std::uint32_t value);
-  [[nodiscard]] virtual bool StoreUint64(const std::string& section, const std::string& key, std::uint64_t value);
-  [[nodiscard]] virtual bool StoreInt64(const std::string& section, const std::string& key, std::int64_t value);
-  [[nodiscard]] virtual bool Store(const std::string& section, const std::string& key, const std::string& value);
+  virtual bool Store(const std::string& section, const std::string& key, std::uint32_t value);
+  virtual bool StoreUint64(const std::string& section, const std::string& key, std::uint64_t value);
+  virtual bool StoreInt64(const std::string& section, const std::string& key, std::int64_t value);
+  virtual bool Store(const std::string& section, const std::string& key, const std::string& value);
   // Copies the text with its terminating zero when the key exists and `size`
   // is at least the text's length; returns the length, or 0. `size` counts
   // the characters besides the zero, so the buffer holds size + 1 chars.
@@ -134,8 +134,10 @@ class ORVANE_API KfPersistentStorage {
   virtual bool LoadUint64(const std::string& section, const std::string& key, std::uint64_t& value);
   virtual bool LoadInt64(const std::string& section, const std::string& key, std::int64_t& value);
   virtual bool Load(const std::string& section, const std::string& key, std::string& value);
-  [[nodiscard]] virtual bool DeleteSection(const std::string& section);
-  [[nodiscard]] virtual bool DeleteKey(const std::string& section, const std::string& key);
+  // Remove a section with its keys, or one key, and save. False when there
+  // was nothing to remove (the file is not written then) or the save failed.
+  virtual bool DeleteSection(const std::string& section);
+  virtual bool DeleteKey(const std::string& section, const std::string& key);
 
   // The registered storage of that name. "Global" and "Installation" are
   // created on first request (and kept until the process ends); any other
@@ -152,7 +154,7 @@ class ORVANE_API KfPersistentStorage {
   static std::string ToElementName(const std::string& name);
 
   // Flags stored as "1" or "0"; a load also accepts "true" and "false".
-  [[nodiscard]] bool StoreBool(const std::string& section, const std::string& key, bool value);
+  bool StoreBool(const std::string& section, const std::string& key, bool value);
   bool LoadBool(const std::string& section, const std::string& key, bool& value);
   // The element names of the sections, and of the keys of one section, in
   // document order (false when the section does not exist).
@@ -193,7 +195,7 @@ class ORVANE_API KfPersistentStorageBuffer {
 // Computes the option storage directory (the base settings directory with
 // "Global" below it; see the top of this header), creates it and its parents
 // when missing, and returns false when it cannot be had.
-[[nodiscard]] ORVANE_API bool KfGetOptionStorageDirectory(GePath& out);
+ORVANE_API bool KfGetOptionStorageDirectory(GePath& out);
 
 // Writes one record (a sequence of items) under a section and key of a
 // storage. Each item becomes one child element <i> of the key element, holding
@@ -236,7 +238,7 @@ class ORVANE_API KfPerOStream {
 
   // Writes the record into the storage and saves it; the stream takes no more
   // items afterwards. True when saved (a second call returns the first result).
-  [[nodiscard]] bool Close();
+  bool Close();
 
  private:
   struct Impl;
@@ -335,17 +337,17 @@ class ORVANE_API StorageIndex {
   StorageIndex& operator=(const StorageIndex&) = delete;
 
   // Writes the index document to the stream and clears the modified flag.
-  [[nodiscard]] bool Save(std::ostream& out);
+  bool Save(std::ostream& out);
   bool IsModified() const { return modified_; }
 
   // The settings file of the installation in `installDir`, creating an index
   // entry (and choosing a free settings directory) when there is none.
-  [[nodiscard]] bool GetInstallSettingsPath(const GePath& installDir, GePath& settingsFile);
+  bool GetInstallSettingsPath(const GePath& installDir, GePath& settingsFile);
   // The same for the running installation.
-  [[nodiscard]] bool GetInstallSettingsPath(GePath& settingsFile);
+  bool GetInstallSettingsPath(GePath& settingsFile);
 
  private:
-  [[nodiscard]] bool Save();
+  bool Save();
   bool GetStorageRootDir(GePath& out);
   bool GetIndexPath(GePath& out);
   PxXmlNode FindInstallDirNode(const GePath& installDir);
