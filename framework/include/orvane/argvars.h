@@ -95,7 +95,7 @@ ORVANE_API void UnregisterArgVarExpander(ArgVarExpander* expander);
 // ("$CUR_DIR$", not " $CUR_DIR$" or "$CUR_DIR$/x"). The first expander that
 // knows it wins; its value, trimmed of white space at both ends, replaces
 // `*text`. False, `*text` unchanged, when no expander knows it (or text is null).
-[[nodiscard]] ORVANE_API bool ExpandSingleVar(std::string* text);
+ORVANE_API bool ExpandSingleVar(std::string* text);
 
 // Asks every registered expander, in order, to add its names for `key` to `out`.
 ORVANE_API void GetIndex(const std::string& key, std::set<std::string>& out);

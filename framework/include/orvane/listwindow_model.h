@@ -266,7 +266,7 @@ class ORVANE_API KfListModel : public virtual KfListModelProperties,
   // Produces one row: one text per column, one format per column (optionally
   // one more for the whole row), its tree decoration and its check flag.
   // False when the row cannot be produced now; the proxy asks again later.
-  [[nodiscard]] virtual bool GetRow(u64 row, std::vector<std::string>* cells, std::vector<Format>* formats,
+  virtual bool GetRow(u64 row, std::vector<std::string>* cells, std::vector<Format>* formats,
                                     TreeInfo* tree, bool* flag) = 0;
 };
 

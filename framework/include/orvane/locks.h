@@ -29,12 +29,12 @@ class BasicMutex {
 
   void Lock() { mutex_.lock(); }
   void Unlock() { mutex_.unlock(); }
-  [[nodiscard]] bool TryLock() { return mutex_.try_lock(); }
+  bool TryLock() { return mutex_.try_lock(); }
 
   // Standard Lockable spelling.
   void lock() { mutex_.lock(); }
   void unlock() { mutex_.unlock(); }
-  [[nodiscard]] bool try_lock() { return mutex_.try_lock(); }
+  bool try_lock() { return mutex_.try_lock(); }
 
  private:
   StdMutex mutex_;
