@@ -22,13 +22,11 @@ struct TraceOn {
   TraceOn() {
     file = dir.Dir() / "bench.trace";
     (void)Kf::Platform::Current().SetEnv("QOR_QDBGSERVER_TRACE_FILE", file.ToString());
-    KfSetUsingMode(KfUsingMode::kIde);
     Kf::Detail::ResetTraceForTesting();
   }
   ~TraceOn() {
     (void)Kf::Platform::Current().UnsetEnv("QOR_QDBGSERVER_TRACE_FILE");
     Kf::Detail::ResetTraceForTesting();
-    KfSetUsingMode(KfUsingMode::kUnset);
   }
   Kf::Testing::ScopedSettingsDir dir;
   GePath file;

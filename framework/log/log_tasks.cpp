@@ -7,7 +7,7 @@
 
 namespace {
 
-std::atomic<int> g_usingMode{KfUsingMode::kUnset};
+std::atomic<int> g_usingMode{KfUsingMode::kIde};
 
 }  // namespace
 

@@ -18,11 +18,10 @@ namespace {
 
 class TraceConcurrencyTest : public ::testing::Test {
  protected:
-  void SetUp() override { KfSetUsingMode(KfUsingMode::kIde); }
   void TearDown() override {
     (void)Kf::Platform::Current().UnsetEnv("QOR_QDBGSERVER_TRACE_FILE");
     Kf::Detail::ResetTraceForTesting();
-    KfSetUsingMode(KfUsingMode::kUnset);
+    KfSetUsingMode(KfUsingMode::kIde);  // the default
   }
 };
 

@@ -67,14 +67,13 @@ class TraceFileTest : public ::testing::Test {
  protected:
   void SetUp() override {
     Kf::Detail::ResetTraceForTesting();
-    KfSetUsingMode(KfUsingMode::kIde);
     traceDir_ = settings_.Dir() / "traces";
     std::filesystem::create_directories(traceDir_.Native());
   }
   void TearDown() override {
     Kf::Detail::SetTraceClockForTesting(nullptr);
     Kf::Detail::ResetTraceForTesting();
-    KfSetUsingMode(KfUsingMode::kUnset);
+    KfSetUsingMode(KfUsingMode::kIde);  // the default
   }
   GePath UseEnvironmentTrace() {
     GePath file = traceDir_ / "env.trace";
@@ -145,6 +144,7 @@ TEST_F(TraceFileTest, TimestampsAreClockNanosecondsTruncatedToMicroseconds) {
 
 TEST_F(TraceFileTest, OtherUsingModesWriteNothing) {
   GePath file = UseEnvironmentTrace();
+  EXPECT_TRUE(KfCheckUsingMode(KfUsingMode::kIde)) << "a process that declares nothing runs as the IDE";
   KfSetUsingMode(KfUsingMode::kConsoleTool);
   { Kf::ScopedLogTask task("Hidden"); }
   EXPECT_FALSE(std::filesystem::exists(file.Native()));

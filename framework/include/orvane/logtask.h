@@ -44,8 +44,8 @@ namespace Kf {
 // Writes a begin event when constructed and an end event when destroyed.
 class ORVANE_API ScopedLogTask {
  public:
-  explicit ScopedLogTask(const char* name);
-  explicit ScopedLogTask(const std::string& name);
+  ScopedLogTask(const char* name);
+  ScopedLogTask(const std::string& name);
   ScopedLogTask(const std::string& name, const std::string& extra);
   ~ScopedLogTask();
   ScopedLogTask(const ScopedLogTask&) = default;
@@ -96,12 +96,13 @@ class ORVANE_API ScopedLogSlowExecution {
 // The process's using modes. A host declares its mode once at start-up,
 // before its first traced event:
 //
-//   KfSetUsingMode(KfUsingMode::kIde);   // the IDE host
+//   KfSetUsingMode(KfUsingMode::kConsoleTool);   // a tool that never traces
 //
 // The trace file is written only in kIde and kDebugServer. A process that
-// never sets a mode is kUnset and writes no trace.
+// never sets a mode runs as kIde, the library's main host, so setting the
+// trace variable or the logging settings is enough to get a trace.
 namespace KfUsingMode {
-constexpr int kUnset = 0;
+constexpr int kUnset = 0;          // no mode: writes no trace
 constexpr int kConsoleTool = 1;    // a command-line tool of the tool chain
 constexpr int kIde = 2;            // the interactive IDE host
 constexpr int kBuildSlave = 3;     // a multicore build slave process
