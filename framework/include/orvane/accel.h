@@ -284,8 +284,8 @@ class ORVANE_API AccelManager : public KfIdleChoreImpl {
   // Saves the differences from the defaults in the "Global" storage; runs on
   // the application event of kind 1.
   void WriteToPersistentStorage();
-  [[nodiscard]] bool EnsureLoaded();
-  [[nodiscard]] bool LoadFromPersistentStorage();
+  bool EnsureLoaded();
+  bool LoadFromPersistentStorage();
   bool DoIdleChore() override;
   virtual void RebuildAccelerators() = 0;
   virtual void KeySequenceToString(const KeySequence& key, std::string& out) = 0;
@@ -383,8 +383,8 @@ class ORVANE_API TextFrontEnd : public IAccelFrontEnd {
 
   // Parses key text into `out`; false with a message in `error` (and `out`
   // unchanged) when the text is not valid.
-  [[nodiscard]] static bool Parse(const std::string& text, KeySequence& out, std::string& error);
-  [[nodiscard]] static bool ParseStroke(const std::string& text, Stroke& out, std::string& error);
+  static bool Parse(const std::string& text, KeySequence& out, std::string& error);
+  static bool ParseStroke(const std::string& text, Stroke& out, std::string& error);
   // The key text; empty for the empty sequence or one made by another front end.
   static std::string Format(const KeySequence& sequence);
   // The text of one stroke; empty when its key is unknown or NoKey.
