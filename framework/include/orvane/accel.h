@@ -268,15 +268,25 @@ class ORVANE_API AccelManager : public KfIdleChoreImpl {
   // is reported through the library's diagnostics.
   void ExportAccels(const GePath& file, bool defaults);
 
-  // The display text of the command's first primary key; false when it has
-  // none (secondary bindings are not reported).
-  virtual bool GetShortcutString(const std::string& command, std::string& out);
-
   // The conflict report: for `key`, or (when `key` is empty) for every key
   // sequence that has two or more contributions or whose binding in force is
   // not the first default contributed for it. Changes nothing.
   std::vector<BindingReport> GetBindingReport(const KeySequence& key);
 
+  // The virtual functions that follow the destructor and DoIdleChore are
+  // declared in their table order: RebuildAccelerators, KeySequenceToString,
+  // GetShortcutString. A host's manager built separately relies on it.
+ protected:
+  bool DoIdleChore() override;
+  // The host rebuilds its accelerators from `primary` and `secondary`.
+  virtual void RebuildAccelerators() = 0;
+  // The host writes the display text of a sequence.
+  virtual void KeySequenceToString(const KeySequence& key, std::string& out) = 0;
+
+ public:
+  // The display text of the command's first primary key; false when it has
+  // none (secondary bindings are not reported).
+  virtual bool GetShortcutString(const std::string& command, std::string& out);
 
  protected:
   AccelManager();
@@ -286,9 +296,6 @@ class ORVANE_API AccelManager : public KfIdleChoreImpl {
   void WriteToPersistentStorage();
   bool EnsureLoaded();
   bool LoadFromPersistentStorage();
-  bool DoIdleChore() override;
-  virtual void RebuildAccelerators() = 0;
-  virtual void KeySequenceToString(const KeySequence& key, std::string& out) = 0;
 
   bool KeySequenceIsUsed(const KeySequence& key);
   static bool CommandIsInSet(const std::string& command, const AccelMap& table);
