@@ -67,9 +67,9 @@ class ORVANE_API AccelKey {
     virtual bool LessThan(const IAccelKeyImpl* other) const = 0;
   };
 
-  explicit AccelKey(IAccelKeyImpl* impl);
+  AccelKey(IAccelKeyImpl* impl);  // NOLINT: adopts the object; implicit by design
   // Front end CreateKey(0, key).
-  explicit AccelKey(unsigned int key);
+  AccelKey(unsigned int key);  // NOLINT: implicit by design
   AccelKey(unsigned int modifiers, unsigned int key);
   ~AccelKey();
   AccelKey(const AccelKey& other);             // clones
@@ -105,8 +105,9 @@ class ORVANE_API KeySequence {
 
   KeySequence() : impl_(nullptr) {}
   // Front end CreateKeySequence(key): a one-key sequence.
-  explicit KeySequence(const AccelKey& key);
-  explicit KeySequence(IKeySequenceImpl* impl);
+  KeySequence(const AccelKey& key);  // NOLINT: implicit by design
+  // Adopts the object; null gives the empty sequence.
+  KeySequence(IKeySequenceImpl* impl);  // NOLINT: implicit by design
   KeySequence(unsigned int modifiers, unsigned int key);
   ~KeySequence();
   KeySequence(const KeySequence& other);                 // clones
