@@ -7,7 +7,7 @@
 
 namespace Kf::Accel::Detail {
 
-void TextSequence::Write(KfPerOStream& stream) const {
+void TextSequence::Write(KfPerOStream& stream) {
   stream << FormatStrokes(strokes_);
 }
 
