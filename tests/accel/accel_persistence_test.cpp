@@ -112,6 +112,7 @@ TEST_F(AccelPersistenceTest, CorruptRecordsLoadWhatCanBeLoaded) {
   ASSERT_TRUE(global->Store("TestAccels", "nSecondary", 2u));
   WriteRecord(*global, "Prim0", {"Ctrl+Bogus", "Persist.Bad", "", ""});
   WriteRecord(*global, "Prim1", {"F11", "Persist.Full", "&Full Screen", "Toggles full screen"});
+  WriteRecord(*global, "Prim2", {"Ctrl+F2", "", "", ""});  // an empty command is still a binding
   WriteRecord(*global, "Prim3", {"F12"});  // truncated
   WriteRecord(*global, "Prim7", {"Ctrl+F12", "Persist.Later", "", ""});
   WriteRecord(*global, "Sec0", {"", "Persist.NoKey", "", ""});
@@ -120,7 +121,7 @@ TEST_F(AccelPersistenceTest, CorruptRecordsLoadWhatCanBeLoaded) {
 
   TestManager manager;
   EXPECT_TRUE(manager.EnsureLoaded());
-  EXPECT_EQ(Describe(manager.Primary()), "F11=Persist.Full, Ctrl+F12=Persist.Later");
+  EXPECT_EQ(Describe(manager.Primary()), "Ctrl+F2=, F11=Persist.Full, Ctrl+F12=Persist.Later");
   EXPECT_EQ(Describe(manager.Secondary()), "Alt+F11=Persist.Full");
 }
 

@@ -361,8 +361,9 @@ class ORVANE_API AccelManager : public KfIdleChoreImpl {
 // bits; a chord that begins with a shorter one sorts after it.
 //
 // Stream form: one text item holding the key text. A stored text that does
-// not parse leaves the read sequence as the placeholder (one stroke, no key)
-// and is reported through the library's diagnostics.
+// not parse is reported through the library's diagnostics, leaves the read
+// sequence as the placeholder (one stroke, no key) and fails the stream, so a
+// reader of the record sees it as incomplete.
 //
 // Threads: the static functions may run on any thread; the front end object
 // holds only its storage key, fixed at construction.
