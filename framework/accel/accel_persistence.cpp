@@ -57,20 +57,21 @@ struct Record {
   std::string description;
 };
 
-// False when the record cannot be used: missing items or a key text the
-// front end could not read (the sequence is then still the placeholder).
-bool ReadRecord(KfPersistentStorage& storage, const std::string& node, const std::string& name,
-                const KeySequence& placeholder, Record& out) {
+// False when the record cannot be used: a read failed (the record is
+// truncated, or the front end's object failed the stream on a key it could
+// not read), or the front end made no sequence object, which would leave an
+// empty key that must never enter a table.
+bool ReadRecord(KfPersistentStorage& storage, const std::string& node, const std::string& name, Record& out) {
   KfPerIStream in(storage, node, name);
   if (!in.Exists()) return false;
   in >> out.key;
   in >> out.command >> out.text >> out.description;
-  if (!in || out.command.empty()) {
+  if (!in) {
     Kf::Detail::ReportError("AccelManager", "stored binding " + name + " is incomplete; skipped");
     return false;
   }
-  if (!out.key || out.key == placeholder) {
-    Kf::Detail::ReportError("AccelManager", "stored binding " + name + " has no readable key; skipped");
+  if (!out.key) {
+    Kf::Detail::ReportError("AccelManager", "stored binding " + name + " has no key; skipped");
     return false;
   }
   return true;
@@ -129,7 +130,6 @@ bool AccelManager::LoadFromPersistentStorage() {
   std::uint32_t secondaryCount = 0;
   if (!global->Load(node, kSecondaryCount, secondaryCount)) secondaryCount = 0;
 
-  const KeySequence placeholder(0, 0);
   std::vector<Kf::StringCommand::CommandInfo> remembered;
   auto rememberTexts = [&remembered](const Record& record) {
     Kf::StringCommand::CommandInfo known;
@@ -142,14 +142,14 @@ bool AccelManager::LoadFromPersistentStorage() {
   for (const auto& [key, command] : primary) boundInPrimary.insert(command);
   for (std::uint32_t i : StoredIndices(*global, node, kPrimaryPrefix, primaryCount)) {
     Record record;
-    if (!ReadRecord(*global, node, kPrimaryPrefix + std::to_string(i), placeholder, record)) continue;
+    if (!ReadRecord(*global, node, kPrimaryPrefix + std::to_string(i), record)) continue;
     rememberTexts(record);
     if (!KeySequenceIsUsed(record.key) && boundInPrimary.insert(record.command).second)
       primary[record.key] = record.command;
   }
   for (std::uint32_t i : StoredIndices(*global, node, kSecondaryPrefix, secondaryCount)) {
     Record record;
-    if (!ReadRecord(*global, node, kSecondaryPrefix + std::to_string(i), placeholder, record)) continue;
+    if (!ReadRecord(*global, node, kSecondaryPrefix + std::to_string(i), record)) continue;
     rememberTexts(record);
     if (!KeySequenceIsUsed(record.key)) secondary[record.key] = record.command;
   }

@@ -104,24 +104,24 @@ bool StrokeLess(const Stroke& a, const Stroke& b) {
   return a.modifiers < b.modifiers;
 }
 
-bool TextKey::Equal(const IAccelKeyImpl* other) const {
+bool TextKey::Equal(const IAccelKeyImpl* other) {
   auto* text = dynamic_cast<const TextKey*>(other);
   return text && StrokeEqual(stroke_, text->stroke_);
 }
 
-bool TextKey::LessThan(const IAccelKeyImpl* other) const {
+bool TextKey::LessThan(const IAccelKeyImpl* other) {
   auto* text = dynamic_cast<const TextKey*>(other);
   // Objects of another front end order by type, so a mixed table still has a strict order.
   if (!text) return typeid(*this).before(typeid(*other));
   return StrokeLess(stroke_, text->stroke_);
 }
 
-bool TextSequence::Equal(const IKeySequenceImpl* other) const {
+bool TextSequence::Equal(const IKeySequenceImpl* other) {
   auto* text = dynamic_cast<const TextSequence*>(other);
   return text && std::equal(strokes_.begin(), strokes_.end(), text->strokes_.begin(), text->strokes_.end(), StrokeEqual);
 }
 
-bool TextSequence::LessThan(const IKeySequenceImpl* other) const {
+bool TextSequence::LessThan(const IKeySequenceImpl* other) {
   auto* text = dynamic_cast<const TextSequence*>(other);
   if (!text) return typeid(*this).before(typeid(*other));
   return std::lexicographical_compare(strokes_.begin(), strokes_.end(), text->strokes_.begin(), text->strokes_.end(),

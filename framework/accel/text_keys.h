@@ -17,9 +17,9 @@ inline bool StrokeEqual(const Stroke& a, const Stroke& b) { return a.modifiers =
 class TextKey final : public AccelKey::IAccelKeyImpl {
  public:
   explicit TextKey(Stroke stroke) : stroke_(stroke) {}
-  IAccelKeyImpl* Clone() const override { return new TextKey(stroke_); }
-  bool Equal(const IAccelKeyImpl* other) const override;
-  bool LessThan(const IAccelKeyImpl* other) const override;
+  IAccelKeyImpl* Clone() override { return new TextKey(stroke_); }
+  bool Equal(const IAccelKeyImpl* other) override;
+  bool LessThan(const IAccelKeyImpl* other) override;
   const Stroke& Get() const { return stroke_; }
 
  private:
@@ -29,11 +29,11 @@ class TextKey final : public AccelKey::IAccelKeyImpl {
 class TextSequence final : public KeySequence::IKeySequenceImpl {
  public:
   explicit TextSequence(std::vector<Stroke> strokes) : strokes_(std::move(strokes)) {}
-  IKeySequenceImpl* Clone() const override { return new TextSequence(strokes_); }
-  bool Equal(const IKeySequenceImpl* other) const override;
-  bool LessThan(const IKeySequenceImpl* other) const override;
+  IKeySequenceImpl* Clone() override { return new TextSequence(strokes_); }
+  bool Equal(const IKeySequenceImpl* other) override;
+  bool LessThan(const IKeySequenceImpl* other) override;
   // One text item: the key text (text_keys_stream.cpp).
-  void Write(KfPerOStream& stream) const override;
+  void Write(KfPerOStream& stream) override;
   void Read(KfPerIStream& stream) override;
   const std::vector<Stroke>& Get() const { return strokes_; }
 

@@ -7,7 +7,7 @@
 
 namespace Kf::Accel::Detail {
 
-void TextSequence::Write(KfPerOStream& stream) const {
+void TextSequence::Write(KfPerOStream& stream) {
   stream << FormatStrokes(strokes_);
 }
 
@@ -18,6 +18,11 @@ void TextSequence::Read(KfPerIStream& stream) {
   std::string error;
   if (!TextFrontEnd::Parse(text, parsed, error)) {
     Kf::Detail::ReportError("TextFrontEnd", "stored key text not read: " + error);
+    // Fail the stream (by reading past its end) so that whoever reads the
+    // record sees it as incomplete rather than taking the placeholder.
+    std::string rest;
+    while (stream >> rest) {
+    }
     return;
   }
   strokes_ = TextFrontEnd::Strokes(parsed);

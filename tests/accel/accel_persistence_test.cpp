@@ -2,6 +2,7 @@
 
 #include <fstream>
 #include <sstream>
+#include <type_traits>
 
 #include "accel_test_support.h"
 #include "orvane/accel.h"
@@ -112,6 +113,7 @@ TEST_F(AccelPersistenceTest, CorruptRecordsLoadWhatCanBeLoaded) {
   ASSERT_TRUE(global->Store("TestAccels", "nSecondary", 2u));
   WriteRecord(*global, "Prim0", {"Ctrl+Bogus", "Persist.Bad", "", ""});
   WriteRecord(*global, "Prim1", {"F11", "Persist.Full", "&Full Screen", "Toggles full screen"});
+  WriteRecord(*global, "Prim2", {"Ctrl+F2", "", "", ""});  // an empty command is still a binding
   WriteRecord(*global, "Prim3", {"F12"});  // truncated
   WriteRecord(*global, "Prim7", {"Ctrl+F12", "Persist.Later", "", ""});
   WriteRecord(*global, "Sec0", {"", "Persist.NoKey", "", ""});
@@ -120,7 +122,7 @@ TEST_F(AccelPersistenceTest, CorruptRecordsLoadWhatCanBeLoaded) {
 
   TestManager manager;
   EXPECT_TRUE(manager.EnsureLoaded());
-  EXPECT_EQ(Describe(manager.Primary()), "F11=Persist.Full, Ctrl+F12=Persist.Later");
+  EXPECT_EQ(Describe(manager.Primary()), "Ctrl+F2=, F11=Persist.Full, Ctrl+F12=Persist.Later");
   EXPECT_EQ(Describe(manager.Secondary()), "Alt+F11=Persist.Full");
 }
 
@@ -198,6 +200,110 @@ TEST_F(AccelPersistenceTest, ExportWithSecondaryBindingsHasThreeColumnsAndNoneCe
   const GePath defaults = global.Settings().Dir() / "defaults.txt";
   manager.ExportAccels(defaults, true);
   EXPECT_NE(ReadFile(defaults).find("Go            # F5            # <None>\n"), std::string::npos);
+}
+
+// A front end and key objects written from the interface's signatures alone,
+// as a host built elsewhere writes them: nothing is const, and neither
+// CreateChord nor the sequence objects' Clone is overridden.
+struct PlainKey : AccelKey::IAccelKeyImpl {
+  explicit PlainKey(unsigned int c) : code(c) {}
+  IAccelKeyImpl* Clone() override { return new PlainKey(code); }
+  bool Equal(const IAccelKeyImpl* other) override { return code == static_cast<const PlainKey*>(other)->code; }
+  bool LessThan(const IAccelKeyImpl* other) override { return code < static_cast<const PlainKey*>(other)->code; }
+  unsigned int code;
+};
+
+struct PlainSequence : KeySequence::IKeySequenceImpl {
+  explicit PlainSequence(unsigned int c) : code(c) { ++live; }
+  ~PlainSequence() override { --live; }
+  bool Equal(const IKeySequenceImpl* other) override { return code == static_cast<const PlainSequence*>(other)->code; }
+  bool LessThan(const IKeySequenceImpl* other) override {
+    return code < static_cast<const PlainSequence*>(other)->code;
+  }
+  void Write(KfPerOStream& stream) override { stream << code; }
+  void Read(KfPerIStream& stream) override { stream >> code; }
+  unsigned int code;
+  static inline int live = 0;
+};
+
+// Nothing gives an outside front end a handle's object; a handle is exactly
+// one pointer to it, which is what these read.
+unsigned int CodeOf(const AccelKey& key) {
+  static_assert(std::is_standard_layout_v<AccelKey> && sizeof(AccelKey) == sizeof(void*));
+  return static_cast<const PlainKey*>(*reinterpret_cast<AccelKey::IAccelKeyImpl* const*>(&key))->code;
+}
+unsigned int CodeOf(const KeySequence& sequence) {
+  static_assert(std::is_standard_layout_v<KeySequence> && sizeof(KeySequence) == sizeof(void*));
+  return static_cast<const PlainSequence*>(*reinterpret_cast<KeySequence::IKeySequenceImpl* const*>(&sequence))->code;
+}
+
+struct PlainFrontEnd : IAccelFrontEnd {
+  AccelKey::IAccelKeyImpl* CreateKey(unsigned int modifiers, unsigned int key) override {
+    return new PlainKey(modifiers * 1000 + key);
+  }
+  KeySequence::IKeySequenceImpl* CreateKeySequence(const AccelKey& key) override {
+    return new PlainSequence(CodeOf(key));
+  }
+  void GetStorageKey(std::string& out) override { out = "PlainAccels"; }
+};
+
+class PlainManager : public AccelManager {
+ public:
+  void RebuildAccelerators() override {}
+  void KeySequenceToString(const KeySequence& key, std::string& out) override {
+    out = "#" + std::to_string(CodeOf(key));
+  }
+  using AccelManager::FindKeySequence;
+};
+
+TEST(AccelOutsideFrontEnd, WorksThroughInstallLookupExportAndStorage) {
+  Kf::Testing::ScopedGlobalStorage global;
+  PlainFrontEnd frontEnd;
+  Register(&frontEnd);
+  using Kf::StringCommand::CommandInfo;
+  Kf::StringCommand::SetCommandInfo({CommandInfo("Plain.Save", "&Save", ""), CommandInfo("Plain.Open", "&Open", ""),
+                                     CommandInfo("Plain.Print", "&Print", "")});
+  {
+    const std::vector<AccelEntry> defaults = {{AccelKey(1, 'S'), "Plain.Save"}, {AccelKey('O'), "Plain.Open"}};
+    {
+      PlainManager manager;
+      AccelPart(AccelPart::Primary, defaults).Install();
+      AccelPart(AccelPart::Secondary, {{KeySequence(2, 'S'), "Plain.Save"}}).Install();
+      std::string text;
+      EXPECT_TRUE(manager.GetShortcutString("Plain.Save", text));
+      EXPECT_EQ(text, "#1083");
+
+      AccelMap primary;
+      manager.GetPrimaryAccels(primary);
+      KeySequence found;
+      ASSERT_TRUE(PlainManager::FindKeySequence("Plain.Open", primary, found));
+      EXPECT_EQ(CodeOf(found), static_cast<unsigned int>('O'));
+      primary[KeySequence(1, 'P')] = "Plain.Print";
+      manager.SetPrimaryAccels(primary);
+
+      const GePath file = global.Settings().Dir() / "plain.txt";
+      manager.ExportAccels(file, false);
+      EXPECT_EQ(ReadFile(file), std::string(kBanner) +
+                                    "Command # Primary # Secondary\n"
+                                    "------- # ------- # ---------\n"
+                                    "Open    # #79     # <None>\n"
+                                    "Print   # #1080   # <None>\n"
+                                    "Save    # #1083   # #2083\n");
+      EXPECT_TRUE(Kf::Event::Notify(Kf::Event::AppEvent{Kf::Event::AppEvent::kSaveSettings}));
+    }
+    std::uint32_t count = 0;
+    ASSERT_TRUE(global->Load("PlainAccels", "nPrimary", count));
+    EXPECT_EQ(count, 1u);
+
+    PlainManager reloaded;
+    AccelPart(AccelPart::Primary, defaults).Install();
+    AccelMap primary;
+    reloaded.GetPrimaryAccels(primary);
+    ASSERT_EQ(primary.size(), 3u);
+    EXPECT_EQ(primary.at(KeySequence(1, 'P')), "Plain.Print");
+  }
+  Unregister(&frontEnd);
+  EXPECT_EQ(PlainSequence::live, 0) << "every sequence object is deleted once all handles are gone";
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <map>
 #include <memory>
 #include <new>
 
@@ -12,14 +13,15 @@ namespace {
 struct Counts {
   int keys = 0;
   int sequences = 0;
+  bool sequencesClone = true;  // false: Clone gives null, as by default
 };
 
 struct CountedKey : AccelKey::IAccelKeyImpl {
   CountedKey(Counts& c, unsigned int v) : counts(c), value(v) { ++counts.keys; }
   ~CountedKey() override { --counts.keys; }
-  IAccelKeyImpl* Clone() const override { return new CountedKey(counts, value); }
-  bool Equal(const IAccelKeyImpl* other) const override { return value == static_cast<const CountedKey*>(other)->value; }
-  bool LessThan(const IAccelKeyImpl* other) const override {
+  IAccelKeyImpl* Clone() override { return new CountedKey(counts, value); }
+  bool Equal(const IAccelKeyImpl* other) override { return value == static_cast<const CountedKey*>(other)->value; }
+  bool LessThan(const IAccelKeyImpl* other) override {
     return value < static_cast<const CountedKey*>(other)->value;
   }
   Counts& counts;
@@ -29,14 +31,14 @@ struct CountedKey : AccelKey::IAccelKeyImpl {
 struct CountedSequence : KeySequence::IKeySequenceImpl {
   CountedSequence(Counts& c, unsigned int v) : counts(c), value(v) { ++counts.sequences; }
   ~CountedSequence() override { --counts.sequences; }
-  IKeySequenceImpl* Clone() const override { return new CountedSequence(counts, value); }
-  bool Equal(const IKeySequenceImpl* other) const override {
+  IKeySequenceImpl* Clone() override { return counts.sequencesClone ? new CountedSequence(counts, value) : nullptr; }
+  bool Equal(const IKeySequenceImpl* other) override {
     return value == static_cast<const CountedSequence*>(other)->value;
   }
-  bool LessThan(const IKeySequenceImpl* other) const override {
+  bool LessThan(const IKeySequenceImpl* other) override {
     return value < static_cast<const CountedSequence*>(other)->value;
   }
-  void Write(KfPerOStream&) const override {}
+  void Write(KfPerOStream&) override {}
   void Read(KfPerIStream&) override {}
   Counts& counts;
   unsigned int value;
@@ -105,6 +107,29 @@ TEST_F(KeysTest, HandlesOwnTheirObjects) {
     EXPECT_TRUE(AccelKey(0, 'A').LessThan(key));
   }
   EXPECT_EQ(frontEnd.counts.keys, 0);
+  EXPECT_EQ(frontEnd.counts.sequences, 0);
+}
+
+TEST_F(KeysTest, CopiesShareAnObjectThatCannotCloneAndTheLastOneDeletesIt) {
+  frontEnd.counts.sequencesClone = false;
+  {
+    KeySequence original(0, 'A');
+    {
+      KeySequence copy(original);
+      KeySequence copyOfCopy(copy);
+      EXPECT_EQ(copyOfCopy.Impl(), original.Impl());
+      EXPECT_EQ(frontEnd.counts.sequences, 1);
+    }
+    EXPECT_EQ(frontEnd.counts.sequences, 1) << "the original still holds its object";
+    EXPECT_TRUE(original == KeySequence(0, 'A'));
+
+    auto* first = new KeySequence(0, 'B');
+    std::map<KeySequence, int> table{{*first, 1}};
+    delete first;
+    EXPECT_EQ(frontEnd.counts.sequences, 2) << "the table's copy outlives the handle it was copied from";
+    AccelMap copied;
+    copied[table.begin()->first] = "x";
+  }
   EXPECT_EQ(frontEnd.counts.sequences, 0);
 }
 

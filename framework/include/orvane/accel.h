@@ -12,11 +12,16 @@
 //   Kf::Accel::KeySequence save(kCtrl, 'S');
 //
 // Handle rules that callers must keep in mind:
-// - Copy construction clones the implementation object (each handle then owns
-//   its own). Copy ASSIGNMENT shares the pointer as it stands and does not
-//   release the target's previous object: use it only where the source is
-//   then discarded without destruction. Move construction and move
-//   assignment exchange pointers and are always safe.
+// - Copy construction of an AccelKey clones its object. Copy construction of
+//   a KeySequence asks the object for a clone (IKeySequenceImpl::Clone); an
+//   object that gives none (the default) is shared instead, and the copies
+//   count their holders so that the last one to go deletes it. Either way
+//   each copy may be destroyed on its own. (This is also how the manager
+//   copies the caller's sequences into its tables.)
+// - Copy ASSIGNMENT shares the pointer as it stands and does not release the
+//   target's previous object: use it only where the source is then discarded
+//   without destruction. Move construction and move assignment exchange
+//   pointers and are always safe.
 // - The empty KeySequence (null object) equals only another empty one, and
 //   `a < empty` is true for every `a` (an empty one included), so an empty
 //   sequence must never be used as a table key.
@@ -34,7 +39,8 @@
 //
 // Threads: the front-end slot is a plain pointer set during start-up and
 // shut-down. Handles are values: one handle must not be used from two threads
-// at once. The AccelManager runs on the UI thread only (installation, idle
+// at once, but copies that share an object may live on different threads
+// (the count of its holders has its own lock). The AccelManager runs on the UI thread only (installation, idle
 // chore, application events) and takes no lock; the command information it
 // consults guards itself.
 #pragma once
@@ -62,14 +68,15 @@ class ORVANE_API AccelKey {
   class ORVANE_API IAccelKeyImpl {
    public:
     virtual ~IAccelKeyImpl();
-    virtual IAccelKeyImpl* Clone() const = 0;
-    virtual bool Equal(const IAccelKeyImpl* other) const = 0;
-    virtual bool LessThan(const IAccelKeyImpl* other) const = 0;
+    // A new heap copy, owned by the caller.
+    virtual IAccelKeyImpl* Clone() = 0;
+    virtual bool Equal(const IAccelKeyImpl* other) = 0;
+    virtual bool LessThan(const IAccelKeyImpl* other) = 0;
   };
 
-  explicit AccelKey(IAccelKeyImpl* impl);
+  AccelKey(IAccelKeyImpl* impl);  // NOLINT: adopts the object; implicit by design
   // Front end CreateKey(0, key).
-  explicit AccelKey(unsigned int key);
+  AccelKey(unsigned int key);  // NOLINT: implicit by design
   AccelKey(unsigned int modifiers, unsigned int key);
   ~AccelKey();
   AccelKey(const AccelKey& other);             // clones
@@ -95,21 +102,26 @@ class ORVANE_API KeySequence {
   class ORVANE_API IKeySequenceImpl {
    public:
     virtual ~IKeySequenceImpl();
-    virtual IKeySequenceImpl* Clone() const = 0;
-    virtual bool Equal(const IKeySequenceImpl* other) const = 0;
-    virtual bool LessThan(const IKeySequenceImpl* other) const = 0;
-    virtual void Write(KfPerOStream& stream) const = 0;
+    // Optional: a new heap copy owned by the caller, or null when the object
+    // cannot copy itself (the default). Handle copies then share the object
+    // (see the handle rules at the top), so an implementation need not
+    // provide it.
+    virtual IKeySequenceImpl* Clone();
+    virtual bool Equal(const IKeySequenceImpl* other) = 0;
+    virtual bool LessThan(const IKeySequenceImpl* other) = 0;
+    virtual void Write(KfPerOStream& stream) = 0;
     // Replaces this object's contents with what the stream holds.
     virtual void Read(KfPerIStream& stream) = 0;
   };
 
   KeySequence() : impl_(nullptr) {}
   // Front end CreateKeySequence(key): a one-key sequence.
-  explicit KeySequence(const AccelKey& key);
-  explicit KeySequence(IKeySequenceImpl* impl);
+  KeySequence(const AccelKey& key);  // NOLINT: implicit by design
+  // Adopts the object; null gives the empty sequence.
+  KeySequence(IKeySequenceImpl* impl);  // NOLINT: implicit by design
   KeySequence(unsigned int modifiers, unsigned int key);
   ~KeySequence();
-  KeySequence(const KeySequence& other);                 // clones
+  KeySequence(const KeySequence& other);                 // clones or shares (see above)
   KeySequence(KeySequence&& other) noexcept;             // takes over
   KeySequence& operator=(const KeySequence& other);      // shares the pointer (see above)
   KeySequence& operator=(KeySequence&& other) noexcept;  // exchanges
@@ -120,6 +132,7 @@ class ORVANE_API KeySequence {
   const IKeySequenceImpl* Impl() const { return impl_; }
 
  private:
+  friend ORVANE_API KfPerOStream& operator<<(KfPerOStream& stream, const KeySequence& sequence);
   friend ORVANE_API KfPerIStream& operator>>(KfPerIStream& stream, KeySequence& sequence);
   IKeySequenceImpl* impl_;
 };
@@ -129,7 +142,8 @@ ORVANE_API bool operator<(const KeySequence& a, const KeySequence& b);
 // Hands the stream to the sequence's object; the sequence must not be empty.
 ORVANE_API KfPerOStream& operator<<(KfPerOStream& stream, const KeySequence& sequence);
 // Replaces `sequence` with a new object read from the stream. The previous
-// object of `sequence` is not released: read into an empty sequence.
+// object of `sequence` is not released: read into an empty sequence. When the
+// front end makes no sequence object, `sequence` is left empty.
 ORVANE_API KfPerIStream& operator>>(KfPerIStream& stream, KeySequence& sequence);
 
 // Implemented by the host: makes the key and sequence objects.
@@ -138,8 +152,9 @@ class ORVANE_API IAccelFrontEnd {
   virtual ~IAccelFrontEnd();
   // A new heap object owned by the caller.
   virtual AccelKey::IAccelKeyImpl* CreateKey(unsigned int modifiers, unsigned int key) = 0;
-  // A two-key chord (first, then second); for hosts, the library does not call it.
-  virtual KeySequence::IKeySequenceImpl* CreateChord(const AccelKey& first, const AccelKey& second) = 0;
+  // Optional: a two-key chord (first, then second) for the host's own use, or
+  // null (the default). The library never calls it.
+  virtual KeySequence::IKeySequenceImpl* CreateChord(const AccelKey& first, const AccelKey& second);
   // A one-key sequence; a new heap object owned by the caller.
   virtual KeySequence::IKeySequenceImpl* CreateKeySequence(const AccelKey& key) = 0;
   // The name of the settings node under which the bindings are stored.
@@ -268,15 +283,25 @@ class ORVANE_API AccelManager : public KfIdleChoreImpl {
   // is reported through the library's diagnostics.
   void ExportAccels(const GePath& file, bool defaults);
 
-  // The display text of the command's first primary key; false when it has
-  // none (secondary bindings are not reported).
-  virtual bool GetShortcutString(const std::string& command, std::string& out);
-
   // The conflict report: for `key`, or (when `key` is empty) for every key
   // sequence that has two or more contributions or whose binding in force is
   // not the first default contributed for it. Changes nothing.
   std::vector<BindingReport> GetBindingReport(const KeySequence& key);
 
+  // The virtual functions that follow the destructor and DoIdleChore are
+  // declared in their table order: RebuildAccelerators, KeySequenceToString,
+  // GetShortcutString. A host's manager built separately relies on it.
+ protected:
+  bool DoIdleChore() override;
+  // The host rebuilds its accelerators from `primary` and `secondary`.
+  virtual void RebuildAccelerators() = 0;
+  // The host writes the display text of a sequence.
+  virtual void KeySequenceToString(const KeySequence& key, std::string& out) = 0;
+
+ public:
+  // The display text of the command's first primary key; false when it has
+  // none (secondary bindings are not reported).
+  virtual bool GetShortcutString(const std::string& command, std::string& out);
 
  protected:
   AccelManager();
@@ -284,11 +309,8 @@ class ORVANE_API AccelManager : public KfIdleChoreImpl {
   // Saves the differences from the defaults in the "Global" storage; runs on
   // the application event of kind 1.
   void WriteToPersistentStorage();
-  [[nodiscard]] bool EnsureLoaded();
-  [[nodiscard]] bool LoadFromPersistentStorage();
-  bool DoIdleChore() override;
-  virtual void RebuildAccelerators() = 0;
-  virtual void KeySequenceToString(const KeySequence& key, std::string& out) = 0;
+  bool EnsureLoaded();
+  bool LoadFromPersistentStorage();
 
   bool KeySequenceIsUsed(const KeySequence& key);
   static bool CommandIsInSet(const std::string& command, const AccelMap& table);
@@ -339,8 +361,9 @@ class ORVANE_API AccelManager : public KfIdleChoreImpl {
 // bits; a chord that begins with a shorter one sorts after it.
 //
 // Stream form: one text item holding the key text. A stored text that does
-// not parse leaves the read sequence as the placeholder (one stroke, no key)
-// and is reported through the library's diagnostics.
+// not parse is reported through the library's diagnostics, leaves the read
+// sequence as the placeholder (one stroke, no key) and fails the stream, so a
+// reader of the record sees it as incomplete.
 //
 // Threads: the static functions may run on any thread; the front end object
 // holds only its storage key, fixed at construction.
@@ -383,8 +406,8 @@ class ORVANE_API TextFrontEnd : public IAccelFrontEnd {
 
   // Parses key text into `out`; false with a message in `error` (and `out`
   // unchanged) when the text is not valid.
-  [[nodiscard]] static bool Parse(const std::string& text, KeySequence& out, std::string& error);
-  [[nodiscard]] static bool ParseStroke(const std::string& text, Stroke& out, std::string& error);
+  static bool Parse(const std::string& text, KeySequence& out, std::string& error);
+  static bool ParseStroke(const std::string& text, Stroke& out, std::string& error);
   // The key text; empty for the empty sequence or one made by another front end.
   static std::string Format(const KeySequence& sequence);
   // The text of one stroke; empty when its key is unknown or NoKey.

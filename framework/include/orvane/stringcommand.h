@@ -142,10 +142,9 @@ ORVANE_API void UnregisterCmds(Handler* handler, const std::vector<std::string>&
 
 // Calls `handler` when given (even for a name nobody registered), otherwise
 // the registered handler of `name`. False for an unknown name.
-[[nodiscard]] ORVANE_API bool Invoke(const std::string& name, const KfPropertyTree& args, Handler* handler);
+ORVANE_API bool Invoke(const std::string& name, const KfPropertyTree& args, Handler* handler);
 // The same dispatch for a query.
-[[nodiscard]] ORVANE_API bool Query(const std::string& name, const KfPropertyTree& args, KfPropertyTree* result,
-                                    Handler* handler);
+ORVANE_API bool Query(const std::string& name, const KfPropertyTree& args, KfPropertyTree* result, Handler* handler);
 
 // Stores the state and tells the update-state listeners, unless the same
 // state is already stored.
@@ -162,7 +161,7 @@ ORVANE_API void UnregisterInfoListener(ICommandInfoListener* listener);
 // field), then tells the info listeners (hint InfoChanged) the names concerned.
 ORVANE_API void SetCommandInfo(const std::vector<CommandInfo>& infos);
 // False, with `out` unchanged, when the command has no information.
-[[nodiscard]] ORVANE_API bool GetCommandInfo(const std::string& name, CommandInfo& out);
+ORVANE_API bool GetCommandInfo(const std::string& name, CommandInfo& out);
 // The names that have information, in name order (byte-wise).
 ORVANE_API void GetCommandsWithInfo(std::vector<std::string>& out);
 // Calls each info listener in registration order with one event holding the
