@@ -293,12 +293,12 @@ class ORVANE_API AccelManager : public KfIdleChoreImpl {
   // GetShortcutString. A host's manager built separately relies on it.
  protected:
   bool DoIdleChore() override;
+
+ public:
   // The host rebuilds its accelerators from `primary` and `secondary`.
   virtual void RebuildAccelerators() = 0;
   // The host writes the display text of a sequence.
   virtual void KeySequenceToString(const KeySequence& key, std::string& out) = 0;
-
- public:
   // The display text of the command's first primary key; false when it has
   // none (secondary bindings are not reported).
   virtual bool GetShortcutString(const std::string& command, std::string& out);
