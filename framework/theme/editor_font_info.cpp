@@ -36,7 +36,7 @@ bool ReadColor(KfPerIStream& in, XColor& out) {
   std::uint32_t green = 0;
   std::uint32_t blue = 0;
   if (!(in >> red >> green >> blue) || red > 255 || green > 255 || blue > 255) return false;
-  out = XColor(static_cast<std::uint8_t>(red), static_cast<std::uint8_t>(green), static_cast<std::uint8_t>(blue));
+  out = XColor{static_cast<std::uint8_t>(red), static_cast<std::uint8_t>(green), static_cast<std::uint8_t>(blue), 1};
   return true;
 }
 

@@ -86,18 +86,18 @@ TEST_F(EditorFontInfoTest, ExternCategoriesStopAtSeventyTwoRecords) {
 }
 
 TEST_F(EditorFontInfoTest, AutomaticColoursFollowTheHost) {
-  XColor text(1, 1, 1);
-  XColor background(2, 2, 2);
+  XColor text{1, 1, 1, 1};
+  XColor background{2, 2, 2, 1};
   EditorFontInfo info(IHostColorInfo([&] { return text; }, [&] { return background; }));
   info.SetColor(Cat(3), Hex(0x0000FF), false);
-  text = XColor(9, 9, 9);
-  background = XColor(8, 8, 8);
+  text = XColor{9, 9, 9, 1};
+  background = XColor{8, 8, 8, 1};
   info.UpdateAutomaticColor();
-  EXPECT_EQ(info.LookupColor(Cat(0)), XColor(9, 9, 9));
+  EXPECT_EQ(info.LookupColor(Cat(0)), (XColor{9, 9, 9, 1}));
   EXPECT_EQ(info.LookupColor(Cat(3)), Hex(0x0000FF));
-  EXPECT_EQ(info.GetBackgroundColor(), XColor(8, 8, 8));
+  EXPECT_EQ(info.GetBackgroundColor(), (XColor{8, 8, 8, 1}));
   info.SetBackgroundColor(Hex(0x101010), false);
-  background = XColor(7, 7, 7);
+  background = XColor{7, 7, 7, 1};
   info.UpdateAutomaticColor();
   EXPECT_EQ(info.GetBackgroundColor(), Hex(0x101010));
 }
@@ -107,7 +107,7 @@ EditorFontInfo Sample(const IHostColorInfo& colors) {
   info.SetBaseFont(XFont("DejaVu Sans Mono", 13, XFont::Regular));
   info.SetBackgroundColor(Hex(0x202020), false);
   for (int c = 0; c < 22; ++c) {
-    info.SetColor(Cat(c), XColor(static_cast<std::uint8_t>(c * 10), 100, 200), c % 3 == 0 && c != 0);
+    info.SetColor(Cat(c), XColor{static_cast<std::uint8_t>(c * 10), 100, 200, 1}, c % 3 == 0 && c != 0);
     info.SetStyle(Cat(c), static_cast<XFont::Style>(c % 3));
   }
   info.UpdateAutomaticColor();
