@@ -181,10 +181,9 @@ bool EditorFontInfo::Load(KfPersistentStorage& storage, const std::string& key) 
   const bool japanese = Detail::ThemeLanguageIsJapanese();
   for (bool variant : {japanese, !japanese}) {
     Reset();
-    if (LoadPass(storage, key, variant, *this)) {
-      UpdateAutomaticColor();
-      return true;
-    }
+    // The stored automatic colours come back as they were saved; callers
+    // that draw refresh them with UpdateAutomaticColor.
+    if (LoadPass(storage, key, variant, *this)) return true;
   }
   Reset();
   return false;

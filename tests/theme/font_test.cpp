@@ -102,15 +102,16 @@ TEST_F(EditorFontInfoTest, AutomaticColoursFollowTheHost) {
   EXPECT_EQ(info.GetBackgroundColor(), Hex(0x101010));
 }
 
+// The automatic colours differ from the host's, so a load that refreshed
+// them instead of returning the stored values would not compare equal.
 EditorFontInfo Sample(const IHostColorInfo& colors) {
   EditorFontInfo info(colors);
   info.SetBaseFont(XFont("DejaVu Sans Mono", 13, XFont::Regular));
-  info.SetBackgroundColor(Hex(0x202020), false);
+  info.SetBackgroundColor(Hex(0x202020), true);
   for (int c = 0; c < 22; ++c) {
     info.SetColor(Cat(c), XColor{static_cast<std::uint8_t>(c * 10), 100, 200, 1}, c % 3 == 0 && c != 0);
     info.SetStyle(Cat(c), static_cast<XFont::Style>(c % 3));
   }
-  info.UpdateAutomaticColor();
   return info;
 }
 

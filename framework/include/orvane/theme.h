@@ -184,7 +184,8 @@ class ORVANE_API EditorFontInfo {
 
   // Resets, then reads the records of the current language's variant, then
   // (when a category record is missing) of the other; false, and reset, when
-  // neither is complete.
+  // neither is complete. Colours come back as stored, automatic ones too:
+  // call UpdateAutomaticColor to take the host's current defaults.
   [[nodiscard]] bool Load(KfPersistentStorage& storage, const std::string& key);
   [[nodiscard]] bool Save(KfPersistentStorage& storage, const std::string& key) const;
 
