@@ -40,8 +40,6 @@ bool ReadColor(KfPerIStream& in, XColor& out) {
   return true;
 }
 
-bool IsKnownStyle(std::int32_t style) { return style >= XFont::Regular && style <= XFont::Italic; }
-
 }  // namespace
 
 EditorFontInfo::EditorFontInfo(const IHostColorInfo& hostColors) : impl_(std::make_unique<Impl>(hostColors)) {
@@ -168,7 +166,7 @@ bool LoadPass(KfPersistentStorage& storage, const std::string& key, bool japanes
     std::int32_t style = 0;
     XColor color;
     bool automatic = false;
-    if (!(in >> style) || !IsKnownStyle(style) || !ReadColor(in, color) || !(in >> automatic)) return false;
+    if (!(in >> style) || !ReadColor(in, color) || !(in >> automatic)) return false;
     info.SetStyle(category, static_cast<XFont::Style>(style));
     info.SetColor(category, color, automatic);
   }

@@ -88,10 +88,11 @@ ORVANE_API XColor LookupXColorFromNativeTheme(DisplayElement element);
 
 // A font: face, size in points, style.
 //
-// The storage text (ToStorageText) is "<size>;<style name>;<face>", e.g.
-// "10;Regular;Noto Sans JP": readable, and reversible for any face, since
-// the face comes last and is taken whole (spaces, ";" and non-ASCII
-// included).
+// The storage text (ToStorageText) is "<size>;<style>;<face>", e.g.
+// "10;Regular;Noto Sans JP": the style by name for the three named ones and
+// as a decimal number otherwise ("10;5;Consolas"). It is reversible for every
+// value: any size, any style number, and any face, since the face comes last
+// and is taken whole (empty, spaces, ";" and non-ASCII included).
 //
 // Threads: a plain value.
 struct ORVANE_API XFont {
@@ -119,7 +120,8 @@ struct ORVANE_API XFont {
 
   std::string ToStorageText() const;
   // Parses ToStorageText's form; false (and `out` unchanged) for anything
-  // else: an empty face, a size outside 1 to 1000, an unknown style name.
+  // else: a missing ";", a size that is not a decimal 64-bit number, a style
+  // that is neither one of the names nor a decimal 32-bit number.
   [[nodiscard]] static bool FromStorageText(const std::string& text, XFont& out);
   // "Regular", "Bold", "Italic"; numbers outside the three give "Style<n>".
   static std::string StyleName(Style style);
