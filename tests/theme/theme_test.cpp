@@ -181,6 +181,15 @@ TEST_F(ThemeValuesTest, EveryThemeRoundTripsThroughStorageAndFiles) {
   }
 }
 
+TEST_F(ThemeValuesTest, SaveWritesTheThemeValuesBeforeTheEditorRecords) {
+  ASSERT_TRUE(ClassicTheme(colors_).Save(*global_, "Ordered"));
+  std::vector<std::string> keys;
+  ASSERT_TRUE(global_->GetKeys("Ordered", keys));
+  const std::vector<std::string> expected = {"Name", "PropFont", "FixedFont", "Type", "BaseType", "Modified"};
+  ASSERT_GT(keys.size(), expected.size());
+  EXPECT_EQ(std::vector<std::string>(keys.begin(), keys.begin() + 6), expected);
+}
+
 TEST_F(ThemeValuesTest, SavingOverAFileReplacesItWhole) {
   const GePath file = global_.Settings().Dir() / "x.theme.xml";
   ASSERT_TRUE(DarkModeTheme(colors_).Save(file));
