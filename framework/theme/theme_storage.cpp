@@ -105,8 +105,8 @@ std::shared_ptr<Theme> LoadThemeFromStorage(KfPersistentStorage& storage, const 
     return nullptr;
   }
   std::string name;
-  if (!storage.Load(key, "Name", name) || name.empty()) {
-    SetError(error, "the value \"Name\" is missing or empty");
+  if (!storage.Load(key, "Name", name)) {
+    SetError(error, "the value \"Name\" is missing");
     return nullptr;
   }
   if (check == ThemeCheck::kUntrustedFile && (name.size() > kMaxNameBytes || HasControlCharacters(name))) {

@@ -208,12 +208,17 @@ TEST_F(ThemeValuesTest, StorageLoadFailsOnMissingValues) {
     EXPECT_EQ(Theme::Load(*global_, "C", colors_), nullptr) << name;
   }
   // A missing base type gives a user theme on "Default"; an unknown type
-  // string, read from the user's own settings, a user theme.
+  // string, read from the user's own settings, a user theme; an empty name
+  // leaves the theme its own name.
   ASSERT_TRUE(ThemeFactory::CreateUserTheme(ThemeClassic, colors_)->Save(*global_, "U"));
   ASSERT_TRUE(global_->DeleteKey("U", "BaseType"));
   EXPECT_EQ(Theme::Load(*global_, "U", colors_)->GetBaseType(), ThemeDefault);
   ASSERT_TRUE(global_->Store("U", "Type", std::string("Future")));
   EXPECT_EQ(Theme::Load(*global_, "U", colors_)->GetType(), ThemeUser);
+  ASSERT_TRUE(global_->Store("U", "Name", std::string()));
+  std::shared_ptr<Theme> unnamed = Theme::Load(*global_, "U", colors_);
+  ASSERT_NE(unnamed, nullptr);
+  EXPECT_EQ(unnamed->GetName(), "Default");
 }
 
 class ThemeFileTest : public ThemeTest {
