@@ -107,7 +107,7 @@ bool Theme::Save(KfPersistentStorage& storage, const std::string& key) const {
 
 std::shared_ptr<Theme> Theme::Load(KfPersistentStorage& storage, const std::string& key,
                                    const IHostColorInfo& hostColors) {
-  return Detail::LoadThemeFromStorage(storage, key, hostColors, Detail::ThemeCheck::kStorage, nullptr);
+  return Detail::LoadThemeFromStorage(storage, key, hostColors, nullptr);
 }
 
 std::shared_ptr<Theme> Theme::Load(const GePath& file, const IHostColorInfo& hostColors, std::string* error) {

@@ -14,7 +14,8 @@
 // (Kf::EditorFontInfo). Standard themes are built in code; user themes take
 // their display-element colours from the standard theme they derive from.
 // Themes are kept in the settings storage and can be exchanged as single
-// ".theme.xml" files, which are validated before anything is taken from them.
+// ".theme.xml" files, which are checked to be settings documents of a
+// bounded size before anything is taken from them.
 //
 // Threads: colours, fonts, EditorFontInfo and Theme objects are values; one
 // object belongs to one thread at a time. The theme collection is changed on
@@ -262,10 +263,11 @@ class ORVANE_API Theme {
   // The theme stored under `key`, or null when a value is missing or wrong.
   static std::shared_ptr<Theme> Load(KfPersistentStorage& storage, const std::string& key,
                                      const IHostColorInfo& hostColors);
-  // The theme of a ".theme.xml" file, or null. Files come from other people:
-  // a file that is too large, not well-formed, not a settings document, or
-  // whose values are missing, of the wrong type, out of range or of an
-  // unknown type string is refused; `error` (when given) then says why.
+  // The theme of a ".theme.xml" file, read as from a storage, or null. Files
+  // may come from other people: one that is larger than kMaxFileBytes, not
+  // well-formed, not a settings document with a "Theme" section, or whose
+  // values are missing or cannot be read is refused, and `error` (when
+  // given) then says why. Every file that Save(file) wrote loads back.
   static std::shared_ptr<Theme> Load(const GePath& file, const IHostColorInfo& hostColors,
                                      std::string* error = nullptr);
   [[nodiscard]] bool Save(KfPersistentStorage& storage, const std::string& key) const;
