@@ -110,6 +110,10 @@ std::shared_ptr<Theme> Theme::Load(KfPersistentStorage& storage, const std::stri
   return Detail::LoadThemeFromStorage(storage, key, hostColors, nullptr);
 }
 
+std::shared_ptr<Theme> Theme::Load(const GePath& file, const IHostColorInfo& hostColors) {
+  return Detail::LoadThemeFile(file, hostColors, nullptr);
+}
+
 std::shared_ptr<Theme> Theme::Load(const GePath& file, const IHostColorInfo& hostColors, std::string* error) {
   return Detail::LoadThemeFile(file, hostColors, error);
 }
