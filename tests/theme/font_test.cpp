@@ -51,7 +51,7 @@ TEST(XFontTest, StorageTextRejectsMalformedValues) {
 using EditorFontInfoTest = ThemeTest;
 
 TEST_F(EditorFontInfoTest, DefaultsAndPerCategoryAccess) {
-  EditorFontInfo info(colors_);
+  EditorFontInfo info = colors_;
   EXPECT_EQ(info.FontCount(), 22);
   EXPECT_EQ(info.GetBaseFont(), XFont("Consolas", 10, XFont::Regular));
   EXPECT_TRUE(info.IsBackgroundColorAutomatic());

@@ -200,7 +200,8 @@ TEST_F(ThemeValuesTest, SavingOverAFileReplacesItWhole) {
   const GePath file = global_.Settings().Dir() / "x.theme.xml";
   ASSERT_TRUE(DarkModeTheme(colors_).Save(file));
   ASSERT_TRUE(ClassicTheme(colors_).Save(file));
-  std::shared_ptr<Theme> back = Theme::Load(file, colors_);
+  std::shared_ptr<Theme> (*loadFile)(const GePath&, const IHostColorInfo&) = &Theme::Load;
+  std::shared_ptr<Theme> back = loadFile(file, colors_);
   ASSERT_NE(back, nullptr);
   EXPECT_EQ(back->GetType(), ThemeClassic);
   EXPECT_FALSE(Theme::Load(global_.Settings().Dir() / "missing.theme.xml", colors_));
