@@ -13,7 +13,7 @@
 namespace {
 
 Kf::IHostColorInfo Colors() {
-  return Kf::IHostColorInfo([] { return Kf::XColor(0, 0, 0); }, [] { return Kf::XColor(255, 255, 255); });
+  return Kf::IHostColorInfo([] { return Kf::XColor{0, 0, 0, 1}; }, [] { return Kf::XColor{255, 255, 255, 1}; });
 }
 
 void BM_LookupXColorFromNativeTheme(benchmark::State& state) {

@@ -35,8 +35,8 @@ const std::filesystem::path& Scratch() {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const Kf::IHostColorInfo colors([] { return Kf::XColor(0, 0, 0); },
-                                         [] { return Kf::XColor(255, 255, 255); });
+  static const Kf::IHostColorInfo colors([] { return Kf::XColor{0, 0, 0, 1}; },
+                                         [] { return Kf::XColor{255, 255, 255, 1}; });
   const std::filesystem::path file = Scratch() / "input.theme.xml";
   {
     std::ofstream out(file, std::ios::binary | std::ios::trunc);

@@ -74,7 +74,7 @@ const std::vector<Line>& Sample() {
 }  // namespace
 
 Kf::IHostColorInfo HostColors() {
-  return Kf::IHostColorInfo([] { return XColor(0, 0, 0); }, [] { return XColor(255, 255, 255); });
+  return Kf::IHostColorInfo([] { return XColor{0, 0, 0, 1}; }, [] { return XColor{255, 255, 255, 1}; });
 }
 
 Kf::Themes* LoadedThemes(std::ostream& err) {

@@ -24,10 +24,10 @@ void MarkPending(std::vector<KfListModel::Format>* formats, bool blocked) {
     format.flags |= KfListModel::FormatPending;
     if (blocked) {
       format.flags |= KfListModel::FormatBlocked;
-      const Kf::XColor base = format.text.IsValid() ? format.text : Kf::XColor(0, 0, 0);
-      format.text = Kf::XColor(static_cast<std::uint8_t>((base.red + 0x80u) / 2),
+      const Kf::XColor base = format.text.IsValid() ? format.text : Kf::XColor{0, 0, 0, 1};
+      format.text = Kf::XColor{static_cast<std::uint8_t>((base.red + 0x80u) / 2),
                                static_cast<std::uint8_t>((base.green + 0x80u) / 2),
-                               static_cast<std::uint8_t>((base.blue + 0x80u) / 2));
+                               static_cast<std::uint8_t>((base.blue + 0x80u) / 2), 1};
     }
   }
 }

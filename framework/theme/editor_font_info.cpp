@@ -36,11 +36,9 @@ bool ReadColor(KfPerIStream& in, XColor& out) {
   std::uint32_t green = 0;
   std::uint32_t blue = 0;
   if (!(in >> red >> green >> blue) || red > 255 || green > 255 || blue > 255) return false;
-  out = XColor(static_cast<std::uint8_t>(red), static_cast<std::uint8_t>(green), static_cast<std::uint8_t>(blue));
+  out = XColor{static_cast<std::uint8_t>(red), static_cast<std::uint8_t>(green), static_cast<std::uint8_t>(blue), 1};
   return true;
 }
-
-bool IsKnownStyle(std::int32_t style) { return style >= XFont::Regular && style <= XFont::Italic; }
 
 }  // namespace
 
@@ -168,7 +166,7 @@ bool LoadPass(KfPersistentStorage& storage, const std::string& key, bool japanes
     std::int32_t style = 0;
     XColor color;
     bool automatic = false;
-    if (!(in >> style) || !IsKnownStyle(style) || !ReadColor(in, color) || !(in >> automatic)) return false;
+    if (!(in >> style) || !ReadColor(in, color) || !(in >> automatic)) return false;
     info.SetStyle(category, static_cast<XFont::Style>(style));
     info.SetColor(category, color, automatic);
   }
@@ -181,10 +179,9 @@ bool EditorFontInfo::Load(KfPersistentStorage& storage, const std::string& key) 
   const bool japanese = Detail::ThemeLanguageIsJapanese();
   for (bool variant : {japanese, !japanese}) {
     Reset();
-    if (LoadPass(storage, key, variant, *this)) {
-      UpdateAutomaticColor();
-      return true;
-    }
+    // The stored automatic colours come back as they were saved; callers
+    // that draw refresh them with UpdateAutomaticColor.
+    if (LoadPass(storage, key, variant, *this)) return true;
   }
   Reset();
   return false;

@@ -13,8 +13,8 @@ namespace Kf {
 namespace {
 
 constexpr XColor Rgb(std::uint32_t rrggbb) {
-  return XColor(static_cast<std::uint8_t>(rrggbb >> 16), static_cast<std::uint8_t>((rrggbb >> 8) & 0xFF),
-                static_cast<std::uint8_t>(rrggbb & 0xFF));
+  return XColor{static_cast<std::uint8_t>(rrggbb >> 16), static_cast<std::uint8_t>((rrggbb >> 8) & 0xFF),
+                static_cast<std::uint8_t>(rrggbb & 0xFF), 1};
 }
 
 void SetColors(EditorFontInfo& info, std::initializer_list<int> categories, std::uint32_t rrggbb, bool automatic) {

@@ -92,24 +92,26 @@ void Theme::SetTypeStrings(const std::string& type, const std::string& baseType)
 }
 
 bool Theme::Save(KfPersistentStorage& storage, const std::string& key) const {
-  bool ok = true;
-  {
-    // Everything lands in one save: the records below report success at
-    // once, and the last store after the buffer closes writes the file.
-    KfPersistentStorageBuffer batch(&storage);
-    ok = storage.Store(key, "Name", name_) && ok;
-    ok = storage.Store(key, "PropFont", proportionalFont_.ToStorageText()) && ok;
-    ok = storage.Store(key, "FixedFont", fixedFont_.ToStorageText()) && ok;
-    ok = storage.Store(key, "Type", TypeToTypeString(GetType())) && ok;
-    ok = storage.Store(key, "BaseType", baseType_) && ok;
-    ok = editorFontInfo_.Save(storage, key) && ok;
-  }
-  return storage.StoreBool(key, "Modified", modified_) && ok;
+  // One buffered operation: the values land in the document in this order
+  // and the file is written once, when the operation ends (a failed write is
+  // reported by the storage itself).
+  KfPersistentStorageBuffer batch(&storage);
+  bool ok = storage.Store(key, "Name", name_);
+  ok = storage.Store(key, "PropFont", proportionalFont_.ToStorageText()) && ok;
+  ok = storage.Store(key, "FixedFont", fixedFont_.ToStorageText()) && ok;
+  ok = storage.Store(key, "Type", TypeToTypeString(GetType())) && ok;
+  ok = storage.Store(key, "BaseType", baseType_) && ok;
+  ok = storage.StoreBool(key, "Modified", modified_) && ok;
+  return editorFontInfo_.Save(storage, key) && ok;
 }
 
 std::shared_ptr<Theme> Theme::Load(KfPersistentStorage& storage, const std::string& key,
                                    const IHostColorInfo& hostColors) {
-  return Detail::LoadThemeFromStorage(storage, key, hostColors, Detail::ThemeCheck::kStorage, nullptr);
+  return Detail::LoadThemeFromStorage(storage, key, hostColors, nullptr);
+}
+
+std::shared_ptr<Theme> Theme::Load(const GePath& file, const IHostColorInfo& hostColors) {
+  return Detail::LoadThemeFile(file, hostColors, nullptr);
 }
 
 std::shared_ptr<Theme> Theme::Load(const GePath& file, const IHostColorInfo& hostColors, std::string* error) {

@@ -1,8 +1,9 @@
-// Themes in a storage and in ".theme.xml" files. A theme file comes from
-// other people, so it is checked completely before anything is taken from it,
-// and it is read from a private copy: the settings storage would set a
-// damaged file aside by renaming it, which is not ours to do to a file the
-// user only wants to import.
+// Themes in a storage and in ".theme.xml" files. A theme file is read the
+// way a storage is, so every file this library writes loads back; since a
+// file may come from other people, its size and its form as a settings
+// document are checked first, and it is read from a private copy: the
+// settings storage would set a damaged file aside by renaming it, which is
+// not ours to do to a file the user only wants to import.
 #include "theme/theme_storage.h"
 
 #include <atomic>
@@ -20,29 +21,8 @@
 namespace Kf::Detail {
 namespace {
 
-constexpr std::size_t kMaxNameBytes = 200;
-constexpr std::size_t kMaxFaceBytes = 100;
-
 void SetError(std::string* error, const std::string& text) {
   if (error) *error = text;
-}
-
-bool HasControlCharacters(const std::string& text) {
-  for (unsigned char c : text) {
-    if (c < 0x20 || c == 0x7F) return true;
-  }
-  return false;
-}
-
-bool IsStandardTypeString(const std::string& type) {
-  for (int t = ThemeDefault; t < ThemeUser; ++t) {
-    if (type == Theme::TypeToTypeString(static_cast<ThemeType>(t))) return true;
-  }
-  return false;
-}
-
-bool IsKnownTypeString(const std::string& type) {
-  return IsStandardTypeString(type) || type == Theme::TypeToTypeString(ThemeUser);
 }
 
 ThemeType TypeOf(const std::string& type) {
@@ -52,7 +32,7 @@ ThemeType TypeOf(const std::string& type) {
   return ThemeUser;
 }
 
-bool LoadFont(KfPersistentStorage& storage, const std::string& key, const char* name, ThemeCheck check, XFont& out,
+bool LoadFont(KfPersistentStorage& storage, const std::string& key, const char* name, XFont& out,
               std::string* error) {
   std::string text;
   if (!storage.Load(key, name, text)) {
@@ -62,10 +42,6 @@ bool LoadFont(KfPersistentStorage& storage, const std::string& key, const char* 
   XFont font;
   if (!XFont::FromStorageText(text, font)) {
     SetError(error, std::string("the value \"") + name + "\" is not a font (size;style;face): \"" + text + "\"");
-    return false;
-  }
-  if (check == ThemeCheck::kUntrustedFile && (font.face.size() > kMaxFaceBytes || HasControlCharacters(font.face))) {
-    SetError(error, std::string("the font face of \"") + name + "\" is too long or holds control characters");
     return false;
   }
   out = font;
@@ -98,41 +74,28 @@ std::string StorageName(const char* what) {
 }  // namespace
 
 std::shared_ptr<Theme> LoadThemeFromStorage(KfPersistentStorage& storage, const std::string& key,
-                                            const IHostColorInfo& hostColors, ThemeCheck check, std::string* error) {
+                                            const IHostColorInfo& hostColors, std::string* error) {
   EditorFontInfo editor(hostColors);
   if (!editor.Load(storage, key)) {
     SetError(error, "the editor font records are missing or hold wrong values");
     return nullptr;
   }
   std::string name;
-  if (!storage.Load(key, "Name", name) || name.empty()) {
-    SetError(error, "the value \"Name\" is missing or empty");
-    return nullptr;
-  }
-  if (check == ThemeCheck::kUntrustedFile && (name.size() > kMaxNameBytes || HasControlCharacters(name))) {
-    SetError(error, "the theme name is longer than 200 bytes or holds control characters");
+  if (!storage.Load(key, "Name", name)) {
+    SetError(error, "the value \"Name\" is missing");
     return nullptr;
   }
   XFont proportional;
   XFont fixed;
-  if (!LoadFont(storage, key, "PropFont", check, proportional, error) ||
-      !LoadFont(storage, key, "FixedFont", check, fixed, error))
+  if (!LoadFont(storage, key, "PropFont", proportional, error) || !LoadFont(storage, key, "FixedFont", fixed, error))
     return nullptr;
   std::string type;
   if (!storage.Load(key, "Type", type)) {
     SetError(error, "the value \"Type\" is missing");
     return nullptr;
   }
-  if (check == ThemeCheck::kUntrustedFile && !IsKnownTypeString(type)) {
-    SetError(error, "unknown theme type \"" + type + "\"");
-    return nullptr;
-  }
   std::string baseType;
   if (!storage.Load(key, "BaseType", baseType)) baseType = Theme::TypeToTypeString(ThemeDefault);
-  if (check == ThemeCheck::kUntrustedFile && !IsStandardTypeString(baseType)) {
-    SetError(error, "unknown base theme type \"" + baseType + "\"");
-    return nullptr;
-  }
   bool modified = false;
   if (!storage.LoadBool(key, "Modified", modified)) {
     SetError(error, "the value \"Modified\" is missing or not a flag");
@@ -215,7 +178,7 @@ std::shared_ptr<Theme> LoadThemeFile(const GePath& file, const IHostColorInfo& h
   std::string reason;
   {
     KfPersistentStorage storage(StorageName("import"), copy);
-    theme = LoadThemeFromStorage(storage, Theme::kFileSection, hostColors, ThemeCheck::kUntrustedFile, &reason);
+    theme = LoadThemeFromStorage(storage, Theme::kFileSection, hostColors, &reason);
   }
   RemoveStorageFiles(copy);
   if (!theme) SetError(error, where + reason);

@@ -8,13 +8,11 @@
 
 namespace Kf::Detail {
 
-// kStorage reads the user's own settings leniently, as earlier versions did
-// (an unknown type string makes a user theme). kUntrustedFile also refuses
-// unknown type strings, over-long texts and control characters.
-enum class ThemeCheck { kStorage, kUntrustedFile };
-
+// The theme stored under `key`, or null when a value is missing or cannot be
+// read (`error`, when given, then says which). An unknown type string gives
+// a user theme, on "Default" when the base type is unknown too.
 std::shared_ptr<Theme> LoadThemeFromStorage(KfPersistentStorage& storage, const std::string& key,
-                                            const IHostColorInfo& hostColors, ThemeCheck check, std::string* error);
+                                            const IHostColorInfo& hostColors, std::string* error);
 std::shared_ptr<Theme> LoadThemeFile(const GePath& file, const IHostColorInfo& hostColors, std::string* error);
 bool SaveThemeFile(const Theme& theme, const GePath& file);
 

@@ -328,7 +328,7 @@ bool Themes::UseBrightIcons(DisplayElement element) const {
   if (!color.IsValid()) color = impl_->hostColors.DefaultBackgroundColor();
   if (!color.IsValid()) return false;
   // Bright icons where white stands out more than black does.
-  return Detail::ContrastRatio(color, XColor(255, 255, 255)) > Detail::ContrastRatio(color, XColor(0, 0, 0));
+  return Detail::ContrastRatio(color, XColor{255, 255, 255, 1}) > Detail::ContrastRatio(color, XColor{0, 0, 0, 1});
 }
 
 const IHostColorInfo& Themes::GetHostColorInfo() const { return impl_->hostColors; }

@@ -6,16 +6,26 @@
 namespace Kf {
 namespace {
 
-constexpr std::uint64_t kMaxPointSize = 1000;
+// The named styles by name, any other number as plain decimal, so that every
+// value of the enumeration survives a save and a load.
+std::string StyleStorageText(XFont::Style style) {
+  if (style >= XFont::Regular && style <= XFont::Italic) return XFont::StyleName(style);
+  return std::to_string(static_cast<std::int32_t>(style));
+}
 
-bool ParseStyle(const std::string& name, XFont::Style& out) {
+bool ParseStyle(const std::string& text, XFont::Style& out) {
   for (XFont::Style style : {XFont::Regular, XFont::Bold, XFont::Italic}) {
-    if (name == XFont::StyleName(style)) {
+    if (text == XFont::StyleName(style)) {
       out = style;
       return true;
     }
   }
-  return false;
+  std::int32_t number = 0;
+  const char* end = text.data() + text.size();
+  auto [ptr, ec] = std::from_chars(text.data(), end, number);
+  if (text.empty() || ec != std::errc() || ptr != end) return false;
+  out = static_cast<XFont::Style>(number);
+  return true;
 }
 
 }  // namespace
@@ -50,7 +60,9 @@ std::string XFont::Description() const {
   return text;
 }
 
-std::string XFont::ToStorageText() const { return std::to_string(size) + ";" + StyleName(style) + ";" + face; }
+std::string XFont::ToStorageText() const {
+  return std::to_string(size) + ";" + StyleStorageText(style) + ";" + face;
+}
 
 bool XFont::FromStorageText(const std::string& text, XFont& out) {
   const std::size_t first = text.find(';');
@@ -61,13 +73,10 @@ bool XFont::FromStorageText(const std::string& text, XFont& out) {
   const char* begin = text.data();
   const char* end = begin + first;
   auto [ptr, ec] = std::from_chars(begin, end, size);
-  if (ec != std::errc() || ptr != end || first == 0) return false;
-  if (size < 1 || size > kMaxPointSize) return false;
+  if (first == 0 || ec != std::errc() || ptr != end) return false;
   Style style = Regular;
   if (!ParseStyle(text.substr(first + 1, second - first - 1), style)) return false;
-  std::string face = text.substr(second + 1);
-  if (face.empty() || face.find('\0') != std::string::npos) return false;
-  out = XFont(face, size, style);
+  out = XFont(text.substr(second + 1), size, style);
   return true;
 }
 

@@ -52,7 +52,7 @@ TEST(XColor, ByteOrderAndValidity) {
   EXPECT_EQ(blue.blue, 0xFF);
   EXPECT_EQ(blue.red, 0);
   EXPECT_TRUE(blue.IsValid());
-  EXPECT_EQ(Kf::XColor(0xFF, 0, 0).ToUInt32(), 0x010000FFu);
+  EXPECT_EQ((Kf::XColor{0xFF, 0, 0, 1}.ToUInt32()), 0x010000FFu);
   EXPECT_FALSE(Kf::XColor().IsValid());
   EXPECT_EQ(Kf::XColor().ToUInt32(), 0u);
 }

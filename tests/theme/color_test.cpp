@@ -9,13 +9,15 @@ namespace {
 
 TEST(XColorTest, BytesAreRedGreenBlueValid) {
   const XColor blue = XColor::FromUInt32(0x01FF0000);
-  EXPECT_EQ(blue, XColor(0, 0, 255));
+  EXPECT_EQ(blue, (XColor{0, 0, 255, 1}));
   unsigned char bytes[4];
   std::memcpy(bytes, &blue, 4);
   EXPECT_EQ(bytes[2], 0xFF);
   EXPECT_EQ(bytes[3], 1);
-  EXPECT_EQ(XColor(255, 0, 0).ToUInt32(), 0x010000FFu);
+  EXPECT_EQ((XColor{255, 0, 0, 1}.ToUInt32()), 0x010000FFu);
   EXPECT_FALSE(XColor().IsValid());
+  constexpr XColor designated{.red = 1, .green = 2, .blue = 3, .valid = 1};
+  static_assert(designated.ToUInt32() == 0x01030201u);
 }
 
 TEST(ColorTypeTableTest, TranslatesEveryListedValueAndDefaultsToOne) {
@@ -32,7 +34,7 @@ TEST(ColorTypeTableTest, TranslatesEveryListedValueAndDefaultsToOne) {
 class ColorHost : public TestHost {
  public:
   XColor GetThemeXColor(DisplayElement element) override {
-    return XColor(static_cast<std::uint8_t>(element), 0, 0);
+    return XColor{static_cast<std::uint8_t>(element), 0, 0, 1};
   }
 };
 
@@ -40,17 +42,17 @@ TEST(LookupXColorTest, AsksTheHostForTheTranslatedElement) {
   ScopedFakePlatform platform;
   ColorHost host;
   HostUtil::RegisterHost(&host);
-  EXPECT_EQ(LookupXColor(static_cast<ColorType>(1001)), XColor(20, 0, 0));
-  EXPECT_EQ(LookupXColor(static_cast<ColorType>(12)), XColor(50, 0, 0));
+  EXPECT_EQ(LookupXColor(static_cast<ColorType>(1001)), (XColor{20, 0, 0, 1}));
+  EXPECT_EQ(LookupXColor(static_cast<ColorType>(12)), (XColor{50, 0, 0, 1}));
   HostUtil::UnregisterHost(&host);
 }
 
 TEST(HostColorInfoTest, CopiesKeepBothCallbacksAndEmptyOnesAnswerNoColour) {
   int calls = 0;
-  IHostColorInfo info([&] { ++calls; return XColor(1, 2, 3); }, [] { return XColor(4, 5, 6); });
+  IHostColorInfo info([&] { ++calls; return XColor{1, 2, 3, 1}; }, [] { return XColor{4, 5, 6, 1}; });
   IHostColorInfo copy = info;
-  EXPECT_EQ(copy.DefaultTextColor(), XColor(1, 2, 3));
-  EXPECT_EQ(copy.DefaultBackgroundColor(), XColor(4, 5, 6));
+  EXPECT_EQ(copy.DefaultTextColor(), (XColor{1, 2, 3, 1}));
+  EXPECT_EQ(copy.DefaultBackgroundColor(), (XColor{4, 5, 6, 1}));
   EXPECT_EQ(calls, 1);
   EXPECT_FALSE(IHostColorInfo(nullptr, nullptr).DefaultTextColor().IsValid());
 }

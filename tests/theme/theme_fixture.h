@@ -15,12 +15,12 @@
 namespace Kf::Testing {
 
 inline IHostColorInfo ReferenceHostColors() {
-  return IHostColorInfo([] { return XColor(0, 0, 0); }, [] { return XColor(255, 255, 255); });
+  return IHostColorInfo([] { return XColor{0, 0, 0, 1}; }, [] { return XColor{255, 255, 255, 1}; });
 }
 
 constexpr XColor Hex(std::uint32_t rrggbb) {
-  return XColor(static_cast<std::uint8_t>(rrggbb >> 16), static_cast<std::uint8_t>((rrggbb >> 8) & 0xFF),
-                static_cast<std::uint8_t>(rrggbb & 0xFF));
+  return XColor{static_cast<std::uint8_t>(rrggbb >> 16), static_cast<std::uint8_t>((rrggbb >> 8) & 0xFF),
+                static_cast<std::uint8_t>(rrggbb & 0xFF), 1};
 }
 
 inline EdSyntaxTokenCategory Cat(int n) { return static_cast<EdSyntaxTokenCategory>(n); }

@@ -3,15 +3,21 @@
 //
 // Kf::XColor is four bytes in the order red, green, blue, valid. Read as one
 // little-endian 32-bit number a set colour is 0x01BBGGRR; the all-zero value
-// means "no colour". Kf::DisplayElement numbers every coloured part of the
-// user interface (0 to 83); Kf::ColorType is the older naming of colours;
-// Kf::EdSyntaxTokenCategory numbers the editor's syntax-colouring categories.
-// Callers use the numbers; the enumerators below only name the bounds.
+// means "no colour". It is a plain aggregate passed by value:
+//
+//   Kf::XColor orange{0xFF, 0x80, 0x00, 1};
+//   Kf::XColor none{};
+//
+// Kf::DisplayElement numbers every coloured part of the user interface (0 to
+// 83); Kf::ColorType is the older naming of colours; Kf::EdSyntaxTokenCategory
+// numbers the editor's syntax-colouring categories. Callers use the numbers;
+// the enumerators below only name the bounds.
 //
 // Threads: plain values; any thread.
 #pragma once
 
 #include <cstdint>
+#include <type_traits>
 
 namespace Kf {
 
@@ -21,14 +27,10 @@ struct XColor {
   std::uint8_t blue = 0;
   std::uint8_t valid = 0;  // 1 = a colour is set, 0 = no colour
 
-  constexpr XColor() = default;
-  constexpr XColor(std::uint8_t r, std::uint8_t g, std::uint8_t b, std::uint8_t isValid = 1)
-      : red(r), green(g), blue(b), valid(isValid) {}
-
   // Builds a colour from its 32-bit form 0xVVBBGGRR.
   static constexpr XColor FromUInt32(std::uint32_t value) {
-    return XColor(static_cast<std::uint8_t>(value & 0xFF), static_cast<std::uint8_t>((value >> 8) & 0xFF),
-                  static_cast<std::uint8_t>((value >> 16) & 0xFF), static_cast<std::uint8_t>(value >> 24));
+    return XColor{static_cast<std::uint8_t>(value & 0xFF), static_cast<std::uint8_t>((value >> 8) & 0xFF),
+                  static_cast<std::uint8_t>((value >> 16) & 0xFF), static_cast<std::uint8_t>(value >> 24)};
   }
   constexpr std::uint32_t ToUInt32() const {
     return static_cast<std::uint32_t>(red) | (static_cast<std::uint32_t>(green) << 8) |
@@ -39,6 +41,7 @@ struct XColor {
   friend constexpr bool operator==(const XColor&, const XColor&) = default;
 };
 static_assert(sizeof(XColor) == 4, "XColor is exactly four bytes");
+static_assert(std::is_aggregate_v<XColor> && std::is_trivially_copyable_v<XColor>, "XColor is a plain structure");
 
 enum DisplayElement : std::int32_t {
   kFirstDisplayElement = 0,

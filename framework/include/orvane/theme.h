@@ -14,7 +14,8 @@
 // (Kf::EditorFontInfo). Standard themes are built in code; user themes take
 // their display-element colours from the standard theme they derive from.
 // Themes are kept in the settings storage and can be exchanged as single
-// ".theme.xml" files, which are validated before anything is taken from them.
+// ".theme.xml" files, which are checked to be settings documents of a
+// bounded size before anything is taken from them.
 //
 // Threads: colours, fonts, EditorFontInfo and Theme objects are values; one
 // object belongs to one thread at a time. The theme collection is changed on
@@ -88,10 +89,11 @@ ORVANE_API XColor LookupXColorFromNativeTheme(DisplayElement element);
 
 // A font: face, size in points, style.
 //
-// The storage text (ToStorageText) is "<size>;<style name>;<face>", e.g.
-// "10;Regular;Noto Sans JP": readable, and reversible for any face, since
-// the face comes last and is taken whole (spaces, ";" and non-ASCII
-// included).
+// The storage text (ToStorageText) is "<size>;<style>;<face>", e.g.
+// "10;Regular;Noto Sans JP": the style by name for the three named ones and
+// as a decimal number otherwise ("10;5;Consolas"). It is reversible for every
+// value: any size, any style number, and any face, since the face comes last
+// and is taken whole (empty, spaces, ";" and non-ASCII included).
 //
 // Threads: a plain value.
 struct ORVANE_API XFont {
@@ -119,8 +121,9 @@ struct ORVANE_API XFont {
 
   std::string ToStorageText() const;
   // Parses ToStorageText's form; false (and `out` unchanged) for anything
-  // else: an empty face, a size outside 1 to 1000, an unknown style name.
-  [[nodiscard]] static bool FromStorageText(const std::string& text, XFont& out);
+  // else: a missing ";", a size that is not a decimal 64-bit number, a style
+  // that is neither one of the names nor a decimal 32-bit number.
+  static bool FromStorageText(const std::string& text, XFont& out);
   // "Regular", "Bold", "Italic"; numbers outside the three give "Style<n>".
   static std::string StyleName(Style style);
 };
@@ -150,7 +153,7 @@ class ORVANE_API EditorFontInfo {
   static constexpr int kBuiltInCount = 22;
   static constexpr int kMaxRecords = 72;
 
-  explicit EditorFontInfo(const IHostColorInfo& hostColors);
+  EditorFontInfo(const IHostColorInfo& hostColors);  // NOLINT: implicit, as in the older interface
   EditorFontInfo(const EditorFontInfo& other);
   EditorFontInfo& operator=(const EditorFontInfo& other);
   ~EditorFontInfo();
@@ -184,9 +187,10 @@ class ORVANE_API EditorFontInfo {
 
   // Resets, then reads the records of the current language's variant, then
   // (when a category record is missing) of the other; false, and reset, when
-  // neither is complete.
-  [[nodiscard]] bool Load(KfPersistentStorage& storage, const std::string& key);
-  [[nodiscard]] bool Save(KfPersistentStorage& storage, const std::string& key) const;
+  // neither is complete. Colours come back as stored, automatic ones too:
+  // call UpdateAutomaticColor to take the host's current defaults.
+  bool Load(KfPersistentStorage& storage, const std::string& key);
+  bool Save(KfPersistentStorage& storage, const std::string& key) const;
 
   // Back to the defaults: the fixed font of the language, every category
   // automatic and regular, the background automatic, no extern categories.
@@ -259,15 +263,17 @@ class ORVANE_API Theme {
   // The theme stored under `key`, or null when a value is missing or wrong.
   static std::shared_ptr<Theme> Load(KfPersistentStorage& storage, const std::string& key,
                                      const IHostColorInfo& hostColors);
-  // The theme of a ".theme.xml" file, or null. Files come from other people:
-  // a file that is too large, not well-formed, not a settings document, or
-  // whose values are missing, of the wrong type, out of range or of an
-  // unknown type string is refused; `error` (when given) then says why.
-  static std::shared_ptr<Theme> Load(const GePath& file, const IHostColorInfo& hostColors,
-                                     std::string* error = nullptr);
-  [[nodiscard]] bool Save(KfPersistentStorage& storage, const std::string& key) const;
+  // The theme of a ".theme.xml" file, read as from a storage, or null. Files
+  // may come from other people: one that is larger than kMaxFileBytes, not
+  // well-formed, not a settings document with a "Theme" section, or whose
+  // values are missing or cannot be read is refused. Every file that
+  // Save(file) wrote loads back.
+  static std::shared_ptr<Theme> Load(const GePath& file, const IHostColorInfo& hostColors);
+  // As above; when the file is refused, `error` (unless null) says why.
+  static std::shared_ptr<Theme> Load(const GePath& file, const IHostColorInfo& hostColors, std::string* error);
+  bool Save(KfPersistentStorage& storage, const std::string& key) const;
   // Writes the theme as a ".theme.xml" file (replacing the file).
-  [[nodiscard]] bool Save(const GePath& file) const;
+  bool Save(const GePath& file) const;
 
   // The section a theme file keeps its theme under.
   static constexpr const char* kFileSection = "Theme";
@@ -408,8 +414,8 @@ class ORVANE_API Themes {
 
   // Reads "QorIde.themes.xml" (see above). False when the file could not be
   // read; the collection then holds the standard themes.
-  [[nodiscard]] bool Load();
-  [[nodiscard]] bool Save() const;
+  bool Load();
+  bool Save() const;
 
   std::shared_ptr<Theme> GetCurrent() const;
   std::size_t GetCurrentIndex() const;
@@ -421,9 +427,9 @@ class ORVANE_API Themes {
   // Replaces all themes (as an options dialog does with its edited clones).
   // Refused (false) when the list is empty, lacks a standard theme, holds a
   // null or two themes of one name, or the index is out of range.
-  [[nodiscard]] bool SetAll(const std::vector<std::shared_ptr<Theme>>& themes, std::size_t currentIndex);
-  [[nodiscard]] bool SetCurrent(std::size_t index);
-  [[nodiscard]] bool SetCurrent(const std::string& name);
+  bool SetAll(const std::vector<std::shared_ptr<Theme>>& themes, std::size_t currentIndex);
+  bool SetCurrent(std::size_t index);
+  bool SetCurrent(const std::string& name);
   // Adds a user theme (renamed with FindValidCopyName when its name is
   // taken); returns the name it got, or "" when refused (null or standard).
   std::string Add(std::shared_ptr<Theme> theme);
@@ -435,7 +441,7 @@ class ORVANE_API Themes {
   std::shared_ptr<Theme> AddCopy(const std::string& name);
   // Removes a user theme; standard themes stay. The current theme falls back
   // to "Default" when it was removed.
-  [[nodiscard]] bool Remove(const std::string& name);
+  bool Remove(const std::string& name);
 
   // A name built from "%1% - Copy %2%" (the name, then 1, 2, ...) that no
   // theme of the collection has.
