@@ -128,13 +128,10 @@ TEST_F(Help, NoAcceptingBackendTellsTheUserOncePerAttempt) {
   EXPECT_FALSE(launcher.KeywordLookup("x", std::string("other.chm")));
   EXPECT_FALSE(launcher.Search("x", "other.chm"));
   ASSERT_EQ(host->Boxes().size(), 2u);
-  const auto box = host->Boxes()[0];
-  EXPECT_EQ(box.text, "No registered help launchers.");
-  EXPECT_EQ(box.caption, "Context Sensitive Help");
-  EXPECT_EQ(box.icon, 3);
-  EXPECT_EQ(box.kind, 0);
-  EXPECT_EQ(box.defaultButton, 1);
-  EXPECT_EQ(box.dontAskKey, "NO_CONTEXT_HELP_LAUNCHER");
+  EXPECT_EQ(host->Boxes()[0],
+            (Kf::Testing::TestHost::Box{"No registered help launchers.", "Context Sensitive Help",
+                                        IHostUtil::IconInformation, IHostUtil::KindOk, IHostUtil::BtnOk,
+                                        "NO_CONTEXT_HELP_LAUNCHER"}));
   EXPECT_TRUE(log.empty());
 
   // A remembered answer for the key silences the message.

@@ -21,14 +21,8 @@ TEST(HostUtil, MsgBoxForwardsEveryArgumentAndReturnsTheHostsAnswer) {
   ScopedTestHost host;
   host->answer = IHostUtil::BtnYes;
   EXPECT_EQ(AskQuestion(), IHostUtil::BtnYes);
-  auto boxes = host->Boxes();
-  ASSERT_EQ(boxes.size(), 1u);
-  EXPECT_EQ(boxes[0].text, "Save?");
-  EXPECT_EQ(boxes[0].caption, "Editor");
-  EXPECT_EQ(boxes[0].icon, IHostUtil::IconQuestion);
-  EXPECT_EQ(boxes[0].kind, IHostUtil::KindYesNo);
-  EXPECT_EQ(boxes[0].defaultButton, IHostUtil::BtnNo);
-  EXPECT_EQ(boxes[0].dontAskKey, "SAVE_KEY");
+  EXPECT_EQ(host->Boxes(), (std::vector<TestHost::Box>{{"Save?", "Editor", IHostUtil::IconQuestion,
+                                                        IHostUtil::KindYesNo, IHostUtil::BtnNo, "SAVE_KEY"}}));
 }
 
 TEST(HostUtil, AutoDismissAnswersTheDefaultWithoutAskingAndNests) {

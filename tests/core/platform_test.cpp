@@ -14,25 +14,16 @@ using Kf::Platform::KnownFolder;
 // Sets (or unsets) a real environment variable for one scope.
 class ScopedEnv {
  public:
-  ScopedEnv(const std::string& name, const char* value) : name_(name) {
-    auto& native = Kf::Platform::Native();
-    hadOld_ = native.GetEnv(name, old_);
-    if (value)
-      native.SetEnv(name, value);
-    else
-      native.UnsetEnv(name);
+  ScopedEnv(std::string name, const char* value) : name_(std::move(name)), hadOld_(native_.GetEnv(name_, old_)) {
+    Set(value);
   }
-  ~ScopedEnv() {
-    auto& native = Kf::Platform::Native();
-    if (hadOld_)
-      native.SetEnv(name_, old_);
-    else
-      native.UnsetEnv(name_);
-  }
+  ~ScopedEnv() { Set(hadOld_ ? old_.c_str() : nullptr); }
 
  private:
+  void Set(const char* value) { value ? (void)native_.SetEnv(name_, value) : (void)native_.UnsetEnv(name_); }
+  Kf::Platform::IPlatform& native_ = Kf::Platform::Native();
   std::string name_, old_;
-  bool hadOld_ = false;
+  bool hadOld_;
 };
 
 TEST(LinuxPlatform, EnvironmentRoundTrip) {

@@ -16,14 +16,7 @@ struct FlatFixture : ::testing::Test {
     proxy.SetListener(&host);
     proxy.SetProvider(model);
   }
-  std::vector<std::string> Cells(u64 row) {
-    std::vector<std::string> cells;
-    std::vector<KfListModel::Format> formats;
-    KfListModel::TreeInfo tree;
-    bool flag = false;
-    proxy.GetRow(row, &cells, &formats, &tree, &flag);
-    return cells;
-  }
+  std::vector<std::string> Cells(u64 row) { return CellsOf(proxy, row); }
   ChunkInfo Navigate(u64 modelRow, u64* windowRow) {
     ChunkInfo chunk;
     proxy.NavigateTo(modelRow, windowRow, &chunk);

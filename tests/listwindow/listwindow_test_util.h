@@ -2,7 +2,6 @@
 // small row builders.
 #pragma once
 
-#include <condition_variable>
 #include <deque>
 #include <mutex>
 #include <string>
@@ -23,7 +22,6 @@ class RecordingListener : public ListWindowProxyListener {
   void HandleMessage(const Message& message) override {
     std::lock_guard<std::mutex> lock(mutex_);
     messages_.push_back(message);
-    arrived_.notify_all();
   }
   bool Visible(u64* first, u64* last) override {
     std::lock_guard<std::mutex> lock(mutex_);
@@ -32,14 +30,9 @@ class RecordingListener : public ListWindowProxyListener {
     return shown_;
   }
   std::vector<std::string> BreakLines(const std::string& text, int, const KfListModel::Format&) override {
-    std::vector<std::string> lines;
-    std::size_t from = 0;
-    for (;;) {
-      std::size_t bar = text.find('|', from);
-      lines.push_back(text.substr(from, bar == std::string::npos ? std::string::npos : bar - from));
-      if (bar == std::string::npos) break;
-      from = bar + 1;
-    }
+    std::vector<std::string> lines(1);
+    for (char c : text)
+      if (c == '|') lines.emplace_back(); else lines.back() += c;
     return lines;
   }
 
@@ -55,10 +48,6 @@ class RecordingListener : public ListWindowProxyListener {
     messages_.clear();
     return out;
   }
-  std::size_t Count() {
-    std::lock_guard<std::mutex> lock(mutex_);
-    return messages_.size();
-  }
   Message Last() {
     std::lock_guard<std::mutex> lock(mutex_);
     return messages_.empty() ? Message() : messages_.back();
@@ -66,7 +55,6 @@ class RecordingListener : public ListWindowProxyListener {
 
  private:
   std::mutex mutex_;
-  std::condition_variable arrived_;
   std::deque<Message> messages_;
   u64 first_ = 0;
   u64 last_ = 59;
@@ -81,6 +69,17 @@ inline std::vector<KfListModel::Column> Columns(std::initializer_list<const char
     columns.push_back(column);
   }
   return columns;
+}
+
+// The cells a model or proxy gives for one row (empty if it gives none).
+template <class Source>
+std::vector<std::string> CellsOf(Source& source, u64 row) {
+  std::vector<std::string> cells;
+  std::vector<KfListModel::Format> formats;
+  KfListModel::TreeInfo tree;
+  bool flag = false;
+  source.GetRow(row, &cells, &formats, &tree, &flag);
+  return cells;
 }
 
 inline std::vector<std::vector<std::string>> NumberedRows(u64 count, const std::string& prefix = "row") {

@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 
 #include "listwindow_test_util.h"
+#include "support/files.h"
 #include "support/temp_path.h"
 
 namespace {
@@ -14,21 +14,12 @@ using Kf::ListWindow::IListModelFactory;
 using Kf::ListWindow::KfTextFileListModel;
 using Kf::ListWindow::SlidingModelProxy;
 
-class TempFile {
- public:
-  explicit TempFile(const std::string& content) {
-    path_ = Kf::Testing::UniqueTempPath("orvane_listwindow");
-    Append(content);
-  }
-  ~TempFile() { std::filesystem::remove(path_); }
-  void Append(const std::string& content) {
-    std::ofstream out(path_, std::ios::binary | std::ios::app);
-    out << content;
-  }
-  GePath Path() const { return GePath(path_.string()); }
-
- private:
-  std::filesystem::path path_;
+// A scratch file that is removed at the end of the test.
+struct TempFile {
+  explicit TempFile(const std::string& content) { Append(content); }
+  ~TempFile() { std::filesystem::remove(path.Native()); }
+  void Append(const std::string& content) { Kf::Testing::WriteFile(path, content, /*append=*/true); }
+  const GePath path = GePath::FromNative(Kf::Testing::UniqueTempPath("orvane_listwindow"));
 };
 
 std::string Lines(int from, int to) {
@@ -38,17 +29,13 @@ std::string Lines(int from, int to) {
 }
 
 std::string Text(KfTextFileListModel& model, u64 row) {
-  std::vector<std::string> cells;
-  std::vector<KfListModel::Format> formats;
-  KfListModel::TreeInfo tree;
-  bool flag = false;
-  if (!model.GetRow(row, &cells, &formats, &tree, &flag)) return "<none>";
-  return cells[1];
+  auto cells = CellsOf(model, row);
+  return cells.size() > 1 ? cells[1] : "<none>";
 }
 
 TEST(TextFileModel, NavigatesBeginEndAndByFraction) {
   TempFile file(Lines(0, 1000));
-  KfTextFileListModel model(file.Path(), 50);
+  KfTextFileListModel model(file.path, 50);
   ASSERT_TRUE(model.IsOpen());
   ChunkInfo chunk;
   model.GetChunk(&chunk);
@@ -80,7 +67,7 @@ TEST(TextFileModel, NavigatesBeginEndAndByFraction) {
 
 TEST(TextFileModel, GrowsBeforeAndAfterAndSeesAppendedLines) {
   TempFile file(Lines(0, 100));
-  KfTextFileListModel model(file.Path(), 10);
+  KfTextFileListModel model(file.path, 10);
   u64 row = 0;
   ChunkInfo chunk;
   model.NavigateTo(0.5, &row, &chunk);
@@ -107,7 +94,7 @@ TEST(TextFileModel, GrowsBeforeAndAfterAndSeesAppendedLines) {
 TEST(TextFileModel, ReadsAcrossBlocksAndOddFiles) {
   std::string longLine(200000, 'x');
   TempFile file("a\n" + longLine + "\n\nz");
-  KfTextFileListModel model(file.Path(), 10);
+  KfTextFileListModel model(file.path, 10);
   EXPECT_EQ(Text(model, 0), "a");
   EXPECT_EQ(Text(model, 1).size(), longLine.size());
   EXPECT_EQ(Text(model, 2), "");
@@ -119,7 +106,7 @@ TEST(TextFileModel, ReadsAcrossBlocksAndOddFiles) {
   EXPECT_EQ(Text(model, 0).size(), longLine.size()) << "a line longer than a read block is found backwards";
 
   TempFile empty("");
-  KfTextFileListModel none(empty.Path(), 10);
+  KfTextFileListModel none(empty.path, 10);
   none.GetChunk(&chunk);
   EXPECT_EQ(chunk.rows, 0u);
   EXPECT_TRUE(chunk.atStart && chunk.atEnd);
@@ -132,7 +119,7 @@ TEST(TextFileModel, ReadsAcrossBlocksAndOddFiles) {
 TEST(TextFileModel, FileWithoutLineEndsIsShownInBoundedPieces) {
   const std::size_t mib = 1024 * 1024;
   TempFile file(std::string(3 * mib + 5, 'b'));
-  KfTextFileListModel model(file.Path(), 10);
+  KfTextFileListModel model(file.path, 10);
   ChunkInfo chunk;
   model.GetChunk(&chunk);
   EXPECT_EQ(chunk.rows, 4u);
@@ -150,7 +137,7 @@ TEST(TextFileModel, FileWithoutLineEndsIsShownInBoundedPieces) {
 
 TEST(TextFileModel, WorksThroughTheSlidingProxy) {
   TempFile file(Lines(0, 5000));
-  auto model = std::make_shared<KfTextFileListModel>(file.Path(), 60);
+  auto model = std::make_shared<KfTextFileListModel>(file.path, 60);
   RecordingListener host;
   SlidingModelProxy proxy;
   proxy.SetListener(&host);
@@ -159,17 +146,11 @@ TEST(TextFileModel, WorksThroughTheSlidingProxy) {
   u64 row = 0;
   ChunkInfo chunk;
   proxy.NavigateTo(std::string("END"), &row, &chunk);
-  std::vector<std::string> cells;
-  std::vector<KfListModel::Format> formats;
-  KfListModel::TreeInfo tree;
-  bool flag = false;
-  proxy.GetRow(row, &cells, &formats, &tree, &flag);
-  EXPECT_EQ(cells[1], "line 4999");
+  EXPECT_EQ(CellsOf(proxy, row)[1], "line 4999");
   EXPECT_EQ(proxy.NumberOfRows(), 60u);
   EXPECT_EQ(proxy.AddBefore(30, &chunk), 30u);
   EXPECT_EQ(chunk.rows, 60u) << "the excess over the minimum chunk is dropped at the end";
-  proxy.GetRow(0, &cells, &formats, &tree, &flag);
-  EXPECT_EQ(cells[1], "line 4910");
+  EXPECT_EQ(CellsOf(proxy, 0)[1], "line 4910");
 }
 
 TEST(TableModel, NotifiesEachKindOfChange) {
@@ -188,15 +169,14 @@ TEST(TableModel, NotifiesEachKindOfChange) {
   model.Click(2, 0, 0, 0);
   model.SetBlocked(true);
   model.SetColumns(Columns({"Only"}));
-  ASSERT_EQ(recorder.notes.size(), 6u);
   using W = Kf::ListWindow::KfListModelListener;
-  EXPECT_EQ(recorder.notes[0].what, W::AllRowsChanged);
-  EXPECT_EQ(recorder.notes[1].what, W::RowChanged);
+  std::vector<W::What> kinds;
+  for (const auto& note : recorder.notes) kinds.push_back(note.what);
+  EXPECT_EQ(kinds, (std::vector<W::What>{W::AllRowsChanged, W::RowChanged, W::RowChanged, W::SelectionChanged,
+                                         W::Block, W::PropertiesChanged}));
+  ASSERT_EQ(recorder.notes.size(), 6u);
   EXPECT_EQ(recorder.notes[1].row, 3u);
   EXPECT_EQ(recorder.notes[2].row, 1u);
-  EXPECT_EQ(recorder.notes[3].what, W::SelectionChanged);
-  EXPECT_EQ(recorder.notes[4].what, W::Block);
-  EXPECT_EQ(recorder.notes[5].what, W::PropertiesChanged);
   EXPECT_EQ(recorder.notes[5].version, 6u);
   EXPECT_EQ(model.NumberOfRows(), 4u);
   model.SetListener(nullptr);

@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-
 #include "listwindow_test_util.h"
 
 namespace {
@@ -88,14 +85,7 @@ struct SlidingFixture : ::testing::Test {
     proxy.SetListener(&host);
     proxy.SetProvider(model);
   }
-  std::vector<std::string> Cells(u64 row) {
-    std::vector<std::string> cells;
-    std::vector<KfListModel::Format> formats;
-    KfListModel::TreeInfo tree;
-    bool flag = false;
-    proxy.GetRow(row, &cells, &formats, &tree, &flag);
-    return cells;
-  }
+  std::vector<std::string> Cells(u64 row) { return CellsOf(proxy, row); }
   std::shared_ptr<FakeSlidingModel> model;
   RecordingListener host;
   SlidingModelProxy proxy;

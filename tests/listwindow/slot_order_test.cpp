@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <iterator>
 
 #include "orvane/listwindow.h"
 
@@ -32,68 +33,29 @@ long Slot(Pmf pmf) {
 TEST(ListWindowSlots, HostFacingOperationsKeepTheTableOrder) {
   // The destructor occupies two entries here (complete and deleting), one in the table.
   const long base = Slot(&P::SetProvider) - 3;
-  auto at = [&](long tableSlot) { return base + tableSlot; };
   EXPECT_EQ(Slot(&P::HandleNotification), 0);
   EXPECT_EQ(Slot(&P::Visible), 1);
   EXPECT_EQ(base, 1) << "the destructor follows Visible";
-  EXPECT_EQ(Slot(&P::Attach), at(4));
-  EXPECT_EQ(Slot(&P::Detach), at(5));
-  EXPECT_EQ(Slot(&P::GetColumnInfo), at(6));
-  EXPECT_EQ(Slot(&P::GetListSpec), at(7));
-  EXPECT_EQ(Slot(&P::SelectionType), at(8));
-  EXPECT_EQ(Slot(&P::NumberOfRows), at(9));
-  EXPECT_EQ(Slot(&P::GetRow), at(10));
-  EXPECT_EQ(Slot(&P::AcknowledgeUpdate), at(11));
-  EXPECT_EQ(Slot(&P::SpecialContent), at(12));
-  EXPECT_EQ(Slot(&P::GetEditableString), at(13));
-  EXPECT_EQ(Slot(&P::SetValue), at(14));
-  EXPECT_EQ(Slot(&P::GetSelection), at(15));
-  EXPECT_EQ(Slot(static_cast<void (P::*)(P::KeyNavOperation, int)>(&P::ExtendSelection)), at(16));
-  EXPECT_EQ(Slot(static_cast<void (P::*)(u64, bool)>(&P::ExtendSelection)), at(17));
-  EXPECT_EQ(Slot(&P::Click), at(18));
-  EXPECT_EQ(Slot(&P::DoubleClick), at(19));
-  EXPECT_EQ(Slot(&P::ColumnClick), at(20));
-  EXPECT_EQ(Slot(&P::HandleChar), at(21));
-  EXPECT_EQ(Slot(&P::HandleKeyDown), at(22));
-  EXPECT_EQ(Slot(&P::Scroll), at(23));
-  EXPECT_EQ(Slot(&P::CanExpand), at(24));
-  EXPECT_EQ(Slot(&P::CanCollapse), at(25));
-  EXPECT_EQ(Slot(&P::ToggleExpansion), at(26));
-  EXPECT_EQ(Slot(&P::ToggleMoreOrLess), at(27));
-  EXPECT_EQ(Slot(&P::ToggleCheckMark), at(28));
-  EXPECT_EQ(Slot(&P::ToggleExpansionAtDblClick), at(29));
-  EXPECT_EQ(Slot(&P::GetContextMenu), at(30));
-  EXPECT_EQ(Slot(&P::HandleContextMenu), at(31));
-  EXPECT_EQ(Slot(&P::ToolTip), at(32));
-  EXPECT_EQ(Slot(&P::DropTest), at(33));
-  EXPECT_EQ(Slot(&P::CanDrop), at(34));
-  EXPECT_EQ(Slot(&P::Drop), at(35));
-  EXPECT_EQ(Slot(&P::CanDropLocal), at(36));
-  EXPECT_EQ(Slot(&P::DropLocal), at(37));
-  EXPECT_EQ(Slot(&P::GetDrag), at(38));
-  EXPECT_EQ(Slot(&P::SaveContent), at(39));
-  EXPECT_EQ(Slot(&P::RestoreContent), at(40));
-  EXPECT_EQ(Slot(&P::GetKeywordHelpTag), at(41));
-  EXPECT_EQ(Slot(&P::GetHelpTag), at(42));
-  EXPECT_EQ(Slot(&P::ColumnWidthChanged), at(43));
-  EXPECT_EQ(Slot(&P::Idle), at(44));
-  EXPECT_EQ(Slot(&P::HostIsUpToDate), at(45));
-  EXPECT_EQ(Slot(&P::HostExpectsUpdate), at(46));
-  EXPECT_EQ(Slot(&P::Show), at(47));
-  EXPECT_EQ(Slot(&P::IsVisible), at(48));
-  EXPECT_EQ(Slot(&P::Activate), at(49));
-  EXPECT_EQ(Slot(&P::GetStringCmds), at(50));
-  EXPECT_EQ(Slot(&P::ExecStringCmd), at(51));
-
-  EXPECT_EQ(Slot(&S::AddBefore), at(52));
-  EXPECT_EQ(Slot(&S::AddAfter), at(53));
-  EXPECT_EQ(Slot(static_cast<void (S::*)(const std::string&, u64*, ChunkInfo*)>(&S::NavigateTo)), at(54));
-  EXPECT_EQ(Slot(static_cast<void (S::*)(double, u64*, ChunkInfo*)>(&S::NavigateTo)), at(55));
-  EXPECT_EQ(Slot(&S::GetSel), at(56));
-  EXPECT_EQ(Slot(&S::SetSel), at(57));
-  EXPECT_EQ(Slot(&S::KeyNavigate), at(58));
-  EXPECT_EQ(Slot(&S::SetMinChunk), at(59));
-  EXPECT_EQ(Slot(&S::GetChunkInfo), at(60));
+  // From Attach (table slot 4) on, every operation takes the next slot.
+  const long slots[] = {
+      Slot(&P::Attach), Slot(&P::Detach), Slot(&P::GetColumnInfo), Slot(&P::GetListSpec),
+      Slot(&P::SelectionType), Slot(&P::NumberOfRows), Slot(&P::GetRow), Slot(&P::AcknowledgeUpdate),
+      Slot(&P::SpecialContent), Slot(&P::GetEditableString), Slot(&P::SetValue), Slot(&P::GetSelection),
+      Slot(static_cast<void (P::*)(P::KeyNavOperation, int)>(&P::ExtendSelection)),
+      Slot(static_cast<void (P::*)(u64, bool)>(&P::ExtendSelection)), Slot(&P::Click), Slot(&P::DoubleClick),
+      Slot(&P::ColumnClick), Slot(&P::HandleChar), Slot(&P::HandleKeyDown), Slot(&P::Scroll),
+      Slot(&P::CanExpand), Slot(&P::CanCollapse), Slot(&P::ToggleExpansion), Slot(&P::ToggleMoreOrLess),
+      Slot(&P::ToggleCheckMark), Slot(&P::ToggleExpansionAtDblClick), Slot(&P::GetContextMenu),
+      Slot(&P::HandleContextMenu), Slot(&P::ToolTip), Slot(&P::DropTest), Slot(&P::CanDrop), Slot(&P::Drop),
+      Slot(&P::CanDropLocal), Slot(&P::DropLocal), Slot(&P::GetDrag), Slot(&P::SaveContent),
+      Slot(&P::RestoreContent), Slot(&P::GetKeywordHelpTag), Slot(&P::GetHelpTag), Slot(&P::ColumnWidthChanged),
+      Slot(&P::Idle), Slot(&P::HostIsUpToDate), Slot(&P::HostExpectsUpdate), Slot(&P::Show), Slot(&P::IsVisible),
+      Slot(&P::Activate), Slot(&P::GetStringCmds), Slot(&P::ExecStringCmd), Slot(&S::AddBefore),
+      Slot(&S::AddAfter), Slot(static_cast<void (S::*)(const std::string&, u64*, ChunkInfo*)>(&S::NavigateTo)),
+      Slot(static_cast<void (S::*)(double, u64*, ChunkInfo*)>(&S::NavigateTo)), Slot(&S::GetSel),
+      Slot(&S::SetSel), Slot(&S::KeyNavigate), Slot(&S::SetMinChunk), Slot(&S::GetChunkInfo)};
+  for (long i = 0; i < static_cast<long>(std::size(slots)); ++i)
+    EXPECT_EQ(slots[i], base + 4 + i) << "table slot " << 4 + i;
 }
 
 TEST(ListWindowSlots, HostListenerOperationsFollowItsDestructor) {

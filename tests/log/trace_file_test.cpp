@@ -1,10 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <regex>
-#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -16,51 +14,26 @@
 #include "orvane/platform.h"
 #include "orvane/storage.h"
 #include "support/fake_platform.h"
+#include "support/files.h"
 #include "support/scoped_settings.h"
 
 namespace {
 
+using Kf::Testing::ReadFile;
+using Kf::Testing::ReadLines;
 using Kf::Testing::ScopedFakePlatform;
 using Kf::Testing::ScopedGlobalStorage;
 
 std::int64_t g_fakeNowNs = 0;
 std::int64_t FakeClock() { return g_fakeNowNs; }
 
-std::vector<std::string> ReadLines(const GePath& file) {
-  std::ifstream in(file.Native());
-  std::vector<std::string> lines;
-  for (std::string line; std::getline(in, line);) lines.push_back(line);
-  return lines;
-}
-
-std::string ReadAll(const GePath& file) {
-  std::ifstream in(file.Native());
-  std::stringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
-
 // Turns an event template into a pattern: TID becomes this thread's id, TS and
 // DUR become numbers; everything else must match byte for byte.
-std::regex EventPattern(std::string form) {
-  std::string pattern;
+std::regex EventPattern(const std::string& form) {
+  std::string pattern = std::regex_replace(form, std::regex(R"([\[\]{}()*+?.\\^$|])"), R"(\$&)");
   const std::string tid = std::to_string(Kf::Platform::Current().GetCurrentThreadId());
-  for (size_t i = 0; i < form.size();) {
-    if (form.compare(i, 3, "TID") == 0) {
-      pattern += tid;
-      i += 3;
-    } else if (form.compare(i, 2, "TS") == 0) {
-      pattern += "[0-9]+";
-      i += 2;
-    } else if (form.compare(i, 3, "DUR") == 0) {
-      pattern += "[0-9]+";
-      i += 3;
-    } else {
-      if (std::string("[]{}()*+?.\\^$|").find(form[i]) != std::string::npos) pattern += '\\';
-      pattern += form[i++];
-    }
-  }
-  return std::regex(pattern);
+  pattern = std::regex_replace(pattern, std::regex("TID"), tid);
+  return std::regex(std::regex_replace(pattern, std::regex("TS|DUR"), "[0-9]+"));
 }
 
 class TraceFileTest : public ::testing::Test {
@@ -74,6 +47,12 @@ class TraceFileTest : public ::testing::Test {
     Kf::Detail::SetTraceClockForTesting(nullptr);
     Kf::Detail::ResetTraceForTesting();
     KfSetUsingMode(KfUsingMode::kIde);  // the default
+  }
+  // Turns tracing on through the settings and lets the next event decide anew.
+  void UseSettingsTrace(ScopedGlobalStorage& global, bool enabled, const GePath& dir) {
+    ASSERT_TRUE(global->StoreBool("TextEditor", "LoggingEnabled", enabled));
+    ASSERT_TRUE(global->Store("TextEditor", "LoggingDirectory", dir.ToString()));
+    Kf::Detail::ResetTraceForTesting();  // the stores themselves already took the decision
   }
   GePath UseEnvironmentTrace() {
     GePath file = traceDir_ / "env.trace";
@@ -108,8 +87,8 @@ TEST_F(TraceFileTest, EveryEventFormIsWrittenByteForByte) {
       R"({"name": "Plain" ,"cat" : "PERF", "ph" : "E", "pid" : 0, "tid":TID, "ts": TS},)",
   };
   for (size_t i = 0; i < lines.size(); ++i) EXPECT_TRUE(std::regex_match(lines[i], EventPattern(forms[i]))) << lines[i];
-  EXPECT_EQ(ReadAll(file).back(), '\n');
-  EXPECT_EQ(ReadAll(file).find(']'), std::string::npos) << "the array is never closed";
+  EXPECT_EQ(ReadFile(file).back(), '\n');
+  EXPECT_EQ(ReadFile(file).find(']'), std::string::npos) << "the array is never closed";
 }
 
 TEST_F(TraceFileTest, SlowExecutionWritesOnlyWhenStrictlyOverItsLimit) {
@@ -157,25 +136,17 @@ TEST_F(TraceFileTest, OtherUsingModesWriteNothing) {
 
 TEST_F(TraceFileTest, EnvironmentWinsOverSettingsAndNamesTheFileAsIs) {
   ScopedGlobalStorage global;
-  ASSERT_TRUE(global->StoreBool("TextEditor", "LoggingEnabled", true));
-  ASSERT_TRUE(global->Store("TextEditor", "LoggingDirectory", traceDir_.ToString()));
   GePath file = UseEnvironmentTrace();
-  Kf::Detail::ResetTraceForTesting();  // the stores above already took the decision
+  UseSettingsTrace(global, true, traceDir_);
   { Kf::InstantLogTask("x", ""); }
   EXPECT_TRUE(std::filesystem::exists(file.Native()));
-  size_t files = 0;
-  for (const auto& entry : std::filesystem::directory_iterator(traceDir_.Native())) {
-    (void)entry;
-    ++files;
-  }
-  EXPECT_EQ(files, 2u) << "only env.trace and its .info";
+  const auto files = std::distance(std::filesystem::directory_iterator(traceDir_.Native()), {});
+  EXPECT_EQ(files, 2) << "only env.trace and its .info";
 }
 
 TEST_F(TraceFileTest, SettingsEnableAStampedTraceWithAnInfoFile) {
   ScopedGlobalStorage global;
-  ASSERT_TRUE(global->StoreBool("TextEditor", "LoggingEnabled", true));
-  ASSERT_TRUE(global->Store("TextEditor", "LoggingDirectory", traceDir_.ToString()));
-  Kf::Detail::ResetTraceForTesting();  // the stores above already took the decision
+  UseSettingsTrace(global, true, traceDir_);
   { Kf::ScopedLogTask task("Work"); }
   GePath trace = Kf::Detail::CurrentTracePath();
   ASSERT_FALSE(trace.IsEmpty());
@@ -184,7 +155,7 @@ TEST_F(TraceFileTest, SettingsEnableAStampedTraceWithAnInfoFile) {
       << trace.FileName();
   EXPECT_EQ(ReadLines(trace).size(), 3u);
 
-  boost::json::value info = boost::json::parse(ReadAll(GePath(trace.ToString() + ".info")));
+  boost::json::value info = boost::json::parse(ReadFile(GePath(trace.ToString() + ".info")));
   EXPECT_EQ(info.at("pid").to_number<std::uint32_t>(), fake_->processId);
   EXPECT_EQ(info.at("traceFile").as_string(), trace.ToString());
   EXPECT_EQ(info.at("clock").as_string(), "steady");
@@ -193,9 +164,7 @@ TEST_F(TraceFileTest, SettingsEnableAStampedTraceWithAnInfoFile) {
 
 TEST_F(TraceFileTest, MissingDirectoryKeepsTracingOffForTheProcess) {
   ScopedGlobalStorage global;
-  ASSERT_TRUE(global->StoreBool("TextEditor", "LoggingEnabled", true));
-  ASSERT_TRUE(global->Store("TextEditor", "LoggingDirectory", (traceDir_ / "missing").ToString()));
-  Kf::Detail::ResetTraceForTesting();
+  UseSettingsTrace(global, true, traceDir_ / "missing");
   { Kf::ScopedLogTask task("Work"); }
   EXPECT_TRUE(Kf::Detail::CurrentTracePath().IsEmpty());
   // A later change of the settings is not seen until the next start.
@@ -207,9 +176,7 @@ TEST_F(TraceFileTest, MissingDirectoryKeepsTracingOffForTheProcess) {
 
 TEST_F(TraceFileTest, DisabledSettingOrNoStorageMeansNoTrace) {
   ScopedGlobalStorage global;
-  ASSERT_TRUE(global->StoreBool("TextEditor", "LoggingEnabled", false));
-  ASSERT_TRUE(global->Store("TextEditor", "LoggingDirectory", traceDir_.ToString()));
-  Kf::Detail::ResetTraceForTesting();
+  UseSettingsTrace(global, false, traceDir_);
   { Kf::ScopedLogTask task("Work"); }
   EXPECT_TRUE(std::filesystem::is_empty(traceDir_.Native()));
 }
@@ -227,7 +194,7 @@ TEST_F(TraceFileTest, ProfilingTasksReachTheTrace) {
   ScopedGlobalStorage global;
   std::uint32_t value = 0;
   (void)global->Load("S", "k", value);
-  std::string text = ReadAll(file);
+  std::string text = ReadFile(file);
   EXPECT_NE(text.find(R"({"name": "KfPersistentStorageLoad" ,"cat" : "PERF", "ph" : "B")"), std::string::npos);
   EXPECT_NE(text.find(R"({"name": "KfPersistentStorageLoad" ,"cat" : "PERF", "ph" : "E")"), std::string::npos);
 }
@@ -248,7 +215,7 @@ TEST_F(TraceFileTest, ProducedTraceIsValidJsonWithNestedEventsPerThread) {
     });
   for (auto& thread : threads) thread.join();
 
-  std::string text = ReadAll(file) + "]";
+  std::string text = ReadFile(file) + "]";
   boost::json::parse_options options;
   options.allow_trailing_commas = true;
   boost::json::value doc = boost::json::parse(text, {}, options);

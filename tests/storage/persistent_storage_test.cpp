@@ -3,39 +3,25 @@
 #include <chrono>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include "support/fake_platform.h"
+#include "support/files.h"
 #include "support/scoped_settings.h"
 #include "orvane/storage.h"
 
 namespace {
 
 using Kf::Testing::ScopedGlobalStorage;
+using Kf::Testing::ReadFile;
 using Kf::Testing::ScopedSettingsDir;
 
-std::string ReadFile(const GePath& file) {
-  std::ifstream in(file.Native(), std::ios::binary);
-  std::stringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
-
-void WriteFile(const GePath& file, const std::string& text) {
-  std::filesystem::create_directories(file.Parent().Native());
-  std::ofstream(file.Native(), std::ios::binary) << text;
-}
-
 TEST(ElementName, FollowsTheNamingRuleIncludingCollisions) {
-  EXPECT_EQ(KfPersistentStorage::ToElementName("3D view"), "A3D_view");
-  EXPECT_EQ(KfPersistentStorage::ToElementName("xmlFile"), "AxmlFile");
-  EXPECT_EQ(KfPersistentStorage::ToElementName("XmLx"), "AXmLx");
-  EXPECT_EQ(KfPersistentStorage::ToElementName(""), "A");
-  EXPECT_EQ(KfPersistentStorage::ToElementName("_ok-1.2"), "_ok-1.2");
-  EXPECT_EQ(KfPersistentStorage::ToElementName("a/b c"), "a_b_c");
-  EXPECT_EQ(KfPersistentStorage::ToElementName("-x"), "A-x");
+  const std::pair<const char*, const char*> names[] = {{"3D view", "A3D_view"}, {"xmlFile", "AxmlFile"},
+                                                       {"XmLx", "AXmLx"},       {"", "A"},
+                                                       {"_ok-1.2", "_ok-1.2"},  {"a/b c", "a_b_c"},
+                                                       {"-x", "A-x"}};
+  for (const auto& [name, element] : names) EXPECT_EQ(KfPersistentStorage::ToElementName(name), element) << name;
   // Different names that meet in one element share its value.
   EXPECT_EQ(KfPersistentStorage::ToElementName("a b"), KfPersistentStorage::ToElementName("a/b"));
 }
@@ -43,7 +29,8 @@ TEST(ElementName, FollowsTheNamingRuleIncludingCollisions) {
 TEST(PersistentStorage, ValuesRoundTripThroughTheFile) {
   ScopedGlobalStorage global;
   const unsigned char bytes[] = {0x00, 0xff, 0x10, 0x7f};
-  ASSERT_TRUE(global->Store("S", "u32", 4000000000u));
+  KfPersistentStorageI& asInterface = *global;  // the adapter writes to the same storage
+  ASSERT_TRUE(asInterface.Store("S", "u32", 4000000000u));
   ASSERT_TRUE(global->StoreUint64("S", "u64", 18446744073709551615ull));
   ASSERT_TRUE(global->StoreInt64("S", "i64", -9223372036854775807ll - 1));
   ASSERT_TRUE(global->Store("S", "text", std::string("a < b & \"c\" \xe6\x97\xa5")));
@@ -98,10 +85,7 @@ TEST(PersistentStorage, MissingOrUnconvertibleValuesAreNotFoundAndLeaveOutputs) 
   ASSERT_TRUE(global->Store("S", "odd", std::string("abc")));
 
   std::uint32_t u32 = 7;
-  EXPECT_FALSE(global->Load("S", "word", u32));
-  EXPECT_FALSE(global->Load("S", "negative", u32));
-  EXPECT_FALSE(global->Load("S", "huge", u32));
-  EXPECT_FALSE(global->Load("S", "absent", u32));
+  for (const char* key : {"word", "negative", "huge", "absent"}) EXPECT_FALSE(global->Load("S", key, u32)) << key;
   EXPECT_FALSE(global->Load("Nowhere", "word", u32));
   EXPECT_EQ(u32, 7u);
   std::int64_t i64 = 5;
@@ -211,15 +195,6 @@ TEST(PersistentStorage, OptionDirectoryFollowsXdgWithoutTheRedirection) {
   EXPECT_EQ(option, dir.Dir() / "config" / "orvane" / "Global");
   fake->folders.clear();
   EXPECT_FALSE(KfGetOptionStorageDirectory(option));
-}
-
-TEST(PersistentStorage, ConvertsToItsAbstractInterface) {
-  ScopedGlobalStorage global;
-  KfPersistentStorageI& asInterface = *global;
-  ASSERT_TRUE(asInterface.Store("S", "k", 9u));
-  std::uint32_t value = 0;
-  EXPECT_TRUE(global->Load("S", "k", value));
-  EXPECT_EQ(value, 9u);
 }
 
 TEST(PersistentStream, ReadsBackItemByItemInOrder) {

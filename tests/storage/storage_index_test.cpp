@@ -29,11 +29,11 @@ class StorageIndexTest : public ::testing::Test {
 
   ScopedFakePlatform fake_;
   ScopedSettingsDir settings_;
+  std::istringstream noIndex_;  // an index stream with nothing in it
 };
 
 TEST_F(StorageIndexTest, FirstLookupCreatesInstallation0AndTheSecondFindsIt) {
-  std::istringstream empty("");
-  StorageIndex index(empty);
+  StorageIndex index(noIndex_);
   EXPECT_FALSE(index.IsModified());
   GePath first;
   ASSERT_TRUE(index.GetInstallSettingsPath("/opt/ide", first));
@@ -55,8 +55,7 @@ TEST_F(StorageIndexTest, FirstLookupCreatesInstallation0AndTheSecondFindsIt) {
 }
 
 TEST_F(StorageIndexTest, DirectoriesDifferingInCaseGetTheirOwnEntries) {
-  std::istringstream empty("");
-  StorageIndex index(empty);
+  StorageIndex index(noIndex_);
   GePath lower, upper;
   ASSERT_TRUE(index.GetInstallSettingsPath("/opt/ide", lower));
   ASSERT_TRUE(index.GetInstallSettingsPath("/opt/IDE", upper));
@@ -90,8 +89,7 @@ TEST_F(StorageIndexTest, AllNamesTakenGivesFalseAndNoEntry) {
 
 TEST_F(StorageIndexTest, OnlyAFileIndexWritesItselfWhenModified) {
   {
-    std::istringstream empty("");
-    StorageIndex fromStream(empty);
+    StorageIndex fromStream(noIndex_);
     GePath path;
     ASSERT_TRUE(fromStream.GetInstallSettingsPath("/opt/ide", path));
   }
@@ -112,8 +110,7 @@ TEST_F(StorageIndexTest, OnlyAFileIndexWritesItselfWhenModified) {
 TEST_F(StorageIndexTest, NoOptionDirectoryGivesFalse) {
   (void)fake_->UnsetEnv("ORVANE_SETTINGS_DIR");
   fake_->folders.clear();
-  std::istringstream empty("");
-  StorageIndex index(empty);
+  StorageIndex index(noIndex_);
   GePath path("unchanged");
   EXPECT_FALSE(index.GetInstallSettingsPath("/opt/ide", path));
   EXPECT_EQ(path, GePath("unchanged"));

@@ -9,33 +9,22 @@
 
 #include <chrono>
 #include <filesystem>
-#include <fstream>
 #include <random>
-#include <sstream>
 #include <string>
 #include <thread>
 
 #include <pugixml.hpp>
 
 #include "orvane/storage.h"
+#include "support/files.h"
 #include "support/scoped_settings.h"
 
 namespace {
 
 using Kf::Testing::ScopedGlobalStorage;
+using Kf::Testing::ReadFile;
 using Kf::Testing::ScopedSettingsDir;
-
-std::string ReadFile(const GePath& file) {
-  std::ifstream in(file.Native(), std::ios::binary);
-  std::stringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
-
-void WriteFile(const GePath& file, const std::string& text) {
-  std::filesystem::create_directories(file.Parent().Native());
-  std::ofstream(file.Native(), std::ios::binary | std::ios::trunc) << text;
-}
+using Kf::Testing::WriteFile;
 
 // Files in `dir` whose name starts with `prefix`.
 std::vector<GePath> FilesStartingWith(const GePath& dir, const std::string& prefix) {

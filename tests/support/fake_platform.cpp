@@ -6,15 +6,6 @@ namespace {
 thread_local std::string t_name;
 }
 
-FakePlatform::FakePlatform() {
-  folders[Kf::Platform::KnownFolder::Home] = GePath("/home/tester");
-  folders[Kf::Platform::KnownFolder::UserConfig] = GePath("/home/tester/.config");
-  folders[Kf::Platform::KnownFolder::UserData] = GePath("/home/tester/.local/share");
-  folders[Kf::Platform::KnownFolder::UserCache] = GePath("/home/tester/.cache");
-  folders[Kf::Platform::KnownFolder::Temp] = GePath("/tmp");
-  folders[Kf::Platform::KnownFolder::Documents] = GePath("/home/tester/Documents");
-}
-
 bool FakePlatform::GetEnv(const std::string& name, std::string& value) {
   std::lock_guard<std::mutex> lock(mutex_);
   auto it = env_.find(name);
@@ -35,21 +26,6 @@ bool FakePlatform::UnsetEnv(const std::string& name) {
   return true;
 }
 
-bool FakePlatform::GetCurrentDirectory(GePath& out) {
-  out = currentDirectory;
-  return true;
-}
-
-std::string FakePlatform::GetUserName() { return userName; }
-
-std::string FakePlatform::FormatShortDate(std::chrono::system_clock::time_point) { return shortDate; }
-
-std::vector<std::string> FakePlatform::GetUserLocales() { return locales; }
-
-bool FakePlatform::IsKeyDown(Kf::Platform::Key key) { return keys_[static_cast<int>(key)].load(); }
-
-void FakePlatform::SetKeyDown(Kf::Platform::Key key, bool down) { keys_[static_cast<int>(key)].store(down); }
-
 bool FakePlatform::GetKnownFolder(Kf::Platform::KnownFolder folder, GePath& out) {
   auto it = folders.find(folder);
   if (it == folders.end()) return false;
@@ -63,11 +39,6 @@ bool FakePlatform::GetCommonBinDirectory(GePath& out) {
   return true;
 }
 
-bool FakePlatform::GetExecutablePath(GePath& out) {
-  out = executablePath;
-  return true;
-}
-
 void FakePlatform::SetCurrentThreadName(const std::string& name) {
   t_name = name;
   std::lock_guard<std::mutex> lock(mutex_);
@@ -75,11 +46,6 @@ void FakePlatform::SetCurrentThreadName(const std::string& name) {
 }
 
 std::string FakePlatform::GetCurrentThreadName() { return t_name; }
-
-bool FakePlatform::SetMessagesLocale(const std::string& name) {
-  messagesLocale = name;
-  return true;
-}
 
 std::vector<std::string> FakePlatform::ThreadNames() {
   std::lock_guard<std::mutex> lock(mutex_);

@@ -15,21 +15,25 @@ namespace Kf::Testing {
 
 class FakePlatform : public Kf::Platform::IPlatform {
  public:
-  FakePlatform();
-
   bool GetEnv(const std::string& name, std::string& value) override;
   bool SetEnv(const std::string& name, const std::string& value) override;
   bool UnsetEnv(const std::string& name) override;
   char PathListSeparator() const override { return separator; }
-  bool GetCurrentDirectory(GePath& out) override;
-  std::string GetUserName() override;
-  std::string FormatShortDate(std::chrono::system_clock::time_point when) override;
-  std::vector<std::string> GetUserLocales() override;
-  bool IsKeyDown(Kf::Platform::Key key) override;
+  bool GetCurrentDirectory(GePath& out) override {
+    out = currentDirectory;
+    return true;
+  }
+  std::string GetUserName() override { return userName; }
+  std::string FormatShortDate(std::chrono::system_clock::time_point) override { return shortDate; }
+  std::vector<std::string> GetUserLocales() override { return locales; }
+  bool IsKeyDown(Kf::Platform::Key key) override { return keys_[static_cast<int>(key)].load(); }
   void WakeIdleLoop() override { ++wakeCount; }
   bool GetKnownFolder(Kf::Platform::KnownFolder folder, GePath& out) override;
   bool GetCommonBinDirectory(GePath& out) override;
-  bool GetExecutablePath(GePath& out) override;
+  bool GetExecutablePath(GePath& out) override {
+    out = executablePath;
+    return true;
+  }
   std::uint32_t GetProcessId() override { return processId; }
   void SetCurrentThreadName(const std::string& name) override;
   std::string GetCurrentThreadName() override;
@@ -38,10 +42,12 @@ class FakePlatform : public Kf::Platform::IPlatform {
     return Kf::Platform::Native().GetFileIdentity(file, out);
   }
   std::uint64_t GetCurrentThreadId() override { return Kf::Platform::Native().GetCurrentThreadId(); }
-  // Records the name in messagesLocale; the real locale is not touched.
-  bool SetMessagesLocale(const std::string& name) override;
+  bool SetMessagesLocale(const std::string& name) override {
+    messagesLocale = name;  // the real locale is not touched
+    return true;
+  }
 
-  void SetKeyDown(Kf::Platform::Key key, bool down);
+  void SetKeyDown(Kf::Platform::Key key, bool down) { keys_[static_cast<int>(key)].store(down); }
   // Names given to threads so far, in order.
   std::vector<std::string> ThreadNames();
 
@@ -53,7 +59,13 @@ class FakePlatform : public Kf::Platform::IPlatform {
   GePath currentDirectory{"/work/current"};
   GePath commonBinDirectory{"/opt/orvane/bin"};
   GePath executablePath{"/opt/orvane/bin/host"};
-  std::map<Kf::Platform::KnownFolder, GePath> folders;
+  std::map<Kf::Platform::KnownFolder, GePath> folders{
+      {Kf::Platform::KnownFolder::Home, GePath("/home/tester")},
+      {Kf::Platform::KnownFolder::UserConfig, GePath("/home/tester/.config")},
+      {Kf::Platform::KnownFolder::UserData, GePath("/home/tester/.local/share")},
+      {Kf::Platform::KnownFolder::UserCache, GePath("/home/tester/.cache")},
+      {Kf::Platform::KnownFolder::Temp, GePath("/tmp")},
+      {Kf::Platform::KnownFolder::Documents, GePath("/home/tester/Documents")}};
   std::uint32_t processId = 4242;
   std::atomic<int> wakeCount{0};
   std::string messagesLocale;  // the last SetMessagesLocale name

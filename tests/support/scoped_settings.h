@@ -38,11 +38,7 @@ class ScopedSettingsDir {
   }
   ~ScopedSettingsDir() {
     auto& platform = Kf::Platform::Current();
-    if (hadOld_) {
-      (void)platform.SetEnv("ORVANE_SETTINGS_DIR", old_);
-    } else {
-      (void)platform.UnsetEnv("ORVANE_SETTINGS_DIR");
-    }
+    (void)(hadOld_ ? platform.SetEnv("ORVANE_SETTINGS_DIR", old_) : platform.UnsetEnv("ORVANE_SETTINGS_DIR"));
     std::error_code ec;
     std::filesystem::remove_all(dir_.Native(), ec);
   }

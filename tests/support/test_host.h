@@ -21,6 +21,7 @@ class TestHost : public Kf::HostUtil::IHostUtil {
     MsgKind kind;
     MsgButton defaultButton;
     std::string dontAskKey;
+    bool operator==(const Box&) const = default;
   };
 
   MsgButton MsgBox(const std::string& text, const std::string& caption, MsgIcon icon, MsgKind kind,
