@@ -55,16 +55,7 @@ void FlatModelWrapperProxy::HandleNotification(const Note& note) {
 
 void FlatModelWrapperProxy::AcknowledgeUpdate(u64 serial) {
   IdeUtil::ScopedRecursiveLock lock(mutex_);
-  acknowledgedSerial_ = serial;
-  if (serial != updateSerial_ || !model_) return;
-  if (modelVersion_ != acknowledgedModelVersion_ && !inputBlocked_) {
-    model_->AcknowledgeUpdate(modelVersion_);
-    acknowledgedModelVersion_ = modelVersion_;
-  }
-  if (pendingChange_ == 4) {
-    FetchProperties();
-    UpdateDefaultRow();
-  }
+  if (!BeginAcknowledgement(serial)) return;
   UpdateSelection();
   pendingChange_ = 0;
 }

@@ -49,17 +49,7 @@ void SlidingModelProxy::HandleNotification(const Note& note) {
 
 void SlidingModelProxy::AcknowledgeUpdate(u64 serial) {
   IdeUtil::ScopedRecursiveLock lock(mutex_);
-  acknowledgedSerial_ = serial;
-  if (serial != updateSerial_) return;
-  if (!model_) return;
-  if (modelVersion_ != acknowledgedModelVersion_ && !inputBlocked_) {
-    model_->AcknowledgeUpdate(modelVersion_);
-    acknowledgedModelVersion_ = modelVersion_;
-  }
-  if (pendingChange_ == 4) {
-    FetchProperties();
-    UpdateDefaultRow();
-  }
+  if (!BeginAcknowledgement(serial)) return;
   if (slidingModel_) {
     ChunkInfo chunk;
     slidingModel_->GetChunk(&chunk);

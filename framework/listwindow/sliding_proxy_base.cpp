@@ -36,6 +36,20 @@ void SlidingProxyBase::SetChunk(const ChunkInfo& chunk) {
   chunkRows_ = chunk.rows;
 }
 
+bool SlidingProxyBase::BeginAcknowledgement(u64 serial) {
+  acknowledgedSerial_ = serial;
+  if (serial != updateSerial_ || !model_) return false;
+  if (modelVersion_ != acknowledgedModelVersion_ && !inputBlocked_) {
+    model_->AcknowledgeUpdate(modelVersion_);
+    acknowledgedModelVersion_ = modelVersion_;
+  }
+  if (pendingChange_ == 4) {
+    FetchProperties();
+    UpdateDefaultRow();
+  }
+  return true;
+}
+
 ListWindowProxyListener::Message SlidingProxyBase::FoldNotification(const Note& note, bool* allRowsChanged) {
   *allRowsChanged = false;
   modelVersion_ = note.version;

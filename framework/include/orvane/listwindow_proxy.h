@@ -315,6 +315,11 @@ class ORVANE_API SlidingProxyBase : public SlidingListWindowProxy {
   // message for the host (its value and text left for the caller). Sets
   // `allRowsChanged` when every row must be fetched again. Call with mutex_ held.
   ListWindowProxyListener::Message FoldNotification(const Note& note, bool* allRowsChanged);
+  // The first steps of an acknowledgement: records `serial`; if it is the
+  // latest, passes a changed model version back to the model and re-reads
+  // the properties after a property change. False when the acknowledgement
+  // ends there (an older serial, or no model). Call with mutex_ held.
+  bool BeginAcknowledgement(u64 serial);
 
   u64 modelVersion_ = 0;               // guarded by mutex_
   u64 acknowledgedModelVersion_ = 0;   // guarded by mutex_
