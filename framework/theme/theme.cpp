@@ -92,17 +92,22 @@ void Theme::SetTypeStrings(const std::string& type, const std::string& baseType)
 }
 
 bool Theme::Save(KfPersistentStorage& storage, const std::string& key) const {
-  // One buffered operation: the values land in the document in this order
-  // and the file is written once, when the operation ends (a failed write is
-  // reported by the storage itself).
-  KfPersistentStorageBuffer batch(&storage);
-  bool ok = storage.Store(key, "Name", name_);
-  ok = storage.Store(key, "PropFont", proportionalFont_.ToStorageText()) && ok;
-  ok = storage.Store(key, "FixedFont", fixedFont_.ToStorageText()) && ok;
-  ok = storage.Store(key, "Type", TypeToTypeString(GetType())) && ok;
-  ok = storage.Store(key, "BaseType", baseType_) && ok;
-  ok = storage.StoreBool(key, "Modified", modified_) && ok;
-  return editorFontInfo_.Save(storage, key) && ok;
+  bool ok = true;
+  {
+    // The values land in the document in this order, in one buffered
+    // operation; inside it a store cannot tell whether the file was written.
+    KfPersistentStorageBuffer batch(&storage);
+    ok = storage.Store(key, "Name", name_) && ok;
+    ok = storage.Store(key, "PropFont", proportionalFont_.ToStorageText()) && ok;
+    ok = storage.Store(key, "FixedFont", fixedFont_.ToStorageText()) && ok;
+    ok = storage.Store(key, "Type", TypeToTypeString(GetType())) && ok;
+    ok = storage.Store(key, "BaseType", baseType_) && ok;
+    ok = storage.StoreBool(key, "Modified", modified_) && ok;
+    ok = editorFontInfo_.Save(storage, key) && ok;
+  }
+  // Storing a value again keeps its place and writes the file once more, so
+  // the answer includes whether the theme reached the disk.
+  return storage.StoreBool(key, "Modified", modified_) && ok;
 }
 
 std::shared_ptr<Theme> Theme::Load(KfPersistentStorage& storage, const std::string& key,

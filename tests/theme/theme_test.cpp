@@ -205,6 +205,10 @@ TEST_F(ThemeValuesTest, SavingOverAFileReplacesItWhole) {
   ASSERT_NE(back, nullptr);
   EXPECT_EQ(back->GetType(), ThemeClassic);
   EXPECT_FALSE(Theme::Load(global_.Settings().Dir() / "missing.theme.xml", colors_));
+
+  // A storage whose file cannot be written: the save says so.
+  KfPersistentStorage unwritable("Unwritable", file / "below-a-file.xml");
+  EXPECT_FALSE(ClassicTheme(colors_).Save(unwritable, "T"));
 }
 
 TEST_F(ThemeValuesTest, StorageLoadFailsOnMissingValues) {
